@@ -1,0 +1,15 @@
+#pragma once
+
+#include <zuno/IBase.h>
+
+#include <cstdint>
+
+namespace zuno {
+
+class IComparable : public virtual IBase {
+public:
+    // Negative, zero or positive as this object orders before, with or after `other`.
+    virtual int32_t compareTo(const IComparable& other) const = 0;
+};
+
+} // namespace zuno

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <zuno/IBase.h>
+#include <zuno/P.h>
+#include <zuno/String.h>
+
+namespace zuno {
+
+// Translations of user-visible messages, keyed by dotted names such as
+// "zuno.CFileNotFoundError.Desc". Nothing is stored by default, so the default texts show.
+class IStringLocalizer : public virtual IBase {
+public:
+    virtual void clear() = 0;
+    // A second localizer asked for keys this one has no (or an empty) text for; null removes it.
+    virtual void setFallback(const P<IStringLocalizer>& fallback) = 0;
+    virtual void setText(const String& key, const String& text) = 0;
+    virtual String localize(const String& key, const String& defaultText) = 0;
+};
+
+// The process-wide localizer service.
+P<IStringLocalizer> getStringLocalizer();
+
+// The localized text of `key`, or `defaultText`.
+String localizeText(const String& key, const String& defaultText);
+
+// `text` with each "%NAME%" placeholder replaced by `value`.
+String fillPlaceholder(const String& text, const String& name, const String& value);
+
+} // namespace zuno
