@@ -1,0 +1,17 @@
+#pragma once
+
+#include <zuno/CVariant.h>
+
+#include <cstdint>
+
+namespace zuno {
+
+// Holds its value in the shared 64-bit integer base, bit for bit.
+class CVariantUInt64 final : public CVariant<int64_t> {
+public:
+    explicit CVariantUInt64(uint64_t value) : CVariant(int64_t(value)) {}
+    Kind getKind() const override { return Kind::UInt64; }
+    uint64_t getValue() const { return uint64_t(m_value); }
+};
+
+} // namespace zuno

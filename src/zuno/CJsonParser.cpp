@@ -1,0 +1,294 @@
+#include <zuno/CError.h>
+#include <zuno/CJsonParser.h>
+#include <zuno/CStringFormat.h>
+#include <zuno/CStringInStream.h>
+#include <zuno/CVariantArray.h>
+#include <zuno/CVariantDouble.h>
+#include <zuno/CVariantInt64.h>
+#include <zuno/CVariantMap.h>
+#include <zuno/CVariantString.h>
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+namespace zuno {
+
+namespace {
+
+bool isDigit(int32_t c) { return c >= u'0' && c <= u'9'; }
+
+// Matches a letter in either case.
+bool isLetter(int32_t c, char16_t lower) { return c == lower || c == lower - (u'a' - u'A'); }
+
+int32_t hexDigitValue(char16_t c) {
+    if (c >= u'0' && c <= u'9') return c - u'0';
+    if (c >= u'a' && c <= u'f') return c - u'a' + 10;
+    if (c >= u'A' && c <= u'F') return c - u'A' + 10;
+    return -1;
+}
+
+// A double truncated toward zero into the 64-bit range.
+int64_t truncateToInt64(double value) {
+    if (value >= 9223372036854775807.0) return std::numeric_limits<int64_t>::max();
+    if (value <= -9223372036854775808.0) return std::numeric_limits<int64_t>::min();
+    return int64_t(value);
+}
+
+} // namespace
+
+CJsonParser::CJsonParser(P<IPeekableInStream> in) : CParserBase(std::move(in)) {}
+
+P<IVariant> CJsonParser::parse(const String& text) {
+    if (text.isEmpty()) return nullptr;
+    return CJsonParser(make<CStringInStream>(text)).parseDocument();
+}
+
+P<IVariant> CJsonParser::parseDocument() {
+    if (peekChar() == EndOfStream) return nullptr;
+    for (;;) {
+        // Whatever precedes the root is skipped.
+        const int32_t c = peekChar();
+        if (c == u'{') return parseObject(1);
+        if (c == u'[') return parseArray(1);
+        if (c == EndOfStream) raise(L"could not parse Json String, first element must be an object or an array");
+        skipChar();
+    }
+}
+
+void CJsonParser::raiseError(const String& message) const {
+    throw CJsonParserError(message);
+}
+
+void CJsonParser::raise(const wchar_t* message) const {
+    raiseError(String(message));
+}
+
+P<IVariant> CJsonParser::parseValue(int32_t depth) {
+    switch (skipIgnoredChars()) {
+    case u'"':
+        return make<CVariantString>(parseString());
+    case u'-': case u'0': case u'1': case u'2': case u'3': case u'4':
+    case u'5': case u'6': case u'7': case u'8': case u'9':
+        return parseNumber();
+    case u't': case u'f': case u'T': case u'F':
+        return parseBoolean();
+    case u'{':
+        return parseObject(depth + 1);
+    case u'[':
+        return parseArray(depth + 1);
+    case u'n': case u'N':
+        parseNull();
+        if (!m_null) m_null = make<CVariantNull>();
+        return m_null;
+    default:
+        raise(L"unknown object for parse value");
+    }
+}
+
+P<IVariant> CJsonParser::parseObject(int32_t depth) {
+    if (depth > MaxNesting) {
+        raiseError(CStringFormat(L"objects and arrays nested deeper than %d levels").doInt(MaxNesting).getResult());
+    }
+    expectChar(u'{');
+    P<CVariantMap> map = make<CVariantMap>();
+    if (skipIgnoredChars() != u'}') {
+        for (;;) {
+            if (skipIgnoredChars() != u'"') raise(L"could not parse key");
+            const String key = parseString();
+            skipIgnoredChars();
+            expectChar(u':');
+            map->set(key, parseValue(depth));
+            if (skipIgnoredChars() != u',') break;
+            skipChar();
+        }
+    }
+    expectChar(u'}');
+    return map;
+}
+
+P<IVariant> CJsonParser::parseArray(int32_t depth) {
+    if (depth > MaxNesting) {
+        raiseError(CStringFormat(L"objects and arrays nested deeper than %d levels").doInt(MaxNesting).getResult());
+    }
+    expectChar(u'[');
+    P<CVariantArray> array = make<CVariantArray>();
+    if (skipIgnoredChars() != u']') {
+        for (;;) {
+            array->add(parseValue(depth));
+            if (skipIgnoredChars() != u',') break;
+            skipChar();
+        }
+    }
+    expectChar(u']');
+    return array;
+}
+
+String CJsonParser::parseString() {
+    skipChar();  // the opening quote
+    m_text.clear();
+    for (;;) {
+        // Runs of plain characters are copied straight from the stream's window.
+        const char16_t* run = m_cur;
+        while (run != m_end && *run != u'"' && *run != u'\\') ++run;
+        m_text.appendUTF16(m_cur, size_t(run - m_cur));
+        m_cur = run;
+        if (run == m_end) {
+            if (!fill()) raise(L"unexspected end of stream");
+            continue;
+        }
+        ++m_cur;
+        if (*run == u'"') break;
+        parseEscape();
+    }
+    return m_text.toString();
+}
+
+void CJsonParser::parseEscape() {
+    const int32_t c = readChar();
+    switch (c) {
+    case EndOfStream: raise(L"unexspected end of stream");
+    case u'u': case u'U': parseUnicodeEscape(); return;
+    case u'"': case u'/': case u'\\': m_text.append(wchar_t(c)); return;
+    case u'b': m_text.append(L'\b'); return;
+    case u'f': m_text.append(L'\f'); return;
+    case u'n': m_text.append(L'\n'); return;
+    case u'r': m_text.append(L'\r'); return;
+    case u't': m_text.append(L'\t'); return;
+    default:
+        raiseError(CStringFormat(L"unknown char in excaped string: %s").doString(String::fromChar(char32_t(c))).getResult());
+    }
+}
+
+void CJsonParser::parseUnicodeEscape() {
+    char16_t digits[4];
+    if (peekChars(digits, 4) < 4) raise(L"stream size to small for reading unicode char");
+    char16_t unit = 0;
+    for (char16_t digit : digits) {
+        const int32_t value = hexDigitValue(digit);
+        if (value < 0) raise(L"could not parse unicode escaped string");
+        unit = char16_t(unit * 16 + value);
+    }
+    for (int i = 0; i < 4; ++i) readChar();
+    m_text.appendUTF16(&unit, 1);
+}
+
+P<IVariant> CJsonParser::parseNumber() {
+    bool negative = false;
+    int32_t c = peekChar();
+    if (c == u'-') {
+        negative = true;
+        skipChar();
+        c = peekChar();
+    }
+
+    // The integer part; when it outgrows 64 bits it goes on as a double.
+    uint64_t integer = 0;
+    double bigInteger = 0;
+    bool beyondInt64 = false;
+    if (c == u'0') {
+        skipChar();
+        c = peekChar();
+    } else if (c >= u'1' && c <= u'9') {
+        do {
+            const unsigned digit = unsigned(c - u'0');
+            if (beyondInt64) {
+                bigInteger = bigInteger * 10 + digit;
+            } else if (integer > (std::numeric_limits<uint64_t>::max() - digit) / 10) {
+                beyondInt64 = true;
+                bigInteger = double(integer) * 10 + digit;
+            } else {
+                integer = integer * 10 + digit;
+            }
+            skipChar();
+            c = peekChar();
+        } while (isDigit(c));
+        const uint64_t limit = uint64_t(std::numeric_limits<int64_t>::max()) + (negative ? 1 : 0);
+        if (!beyondInt64 && integer > limit) {
+            beyondInt64 = true;
+            bigInteger = double(integer);
+        }
+    }
+
+    double fraction = 0;
+    if (c == u'.') {
+        skipChar();
+        double divisor = 1;
+        c = readRequiredDigit();
+        do {
+            divisor *= 10;
+            fraction += (c - u'0') / divisor;
+            skipChar();
+            c = peekChar();
+        } while (isDigit(c));
+    }
+
+    int32_t exponent = 0;
+    bool negativeExponent = false;
+    if (c == u'e' || c == u'E') {
+        skipChar();
+        if (peekChar() == u'-') {
+            negativeExponent = true;
+            skipChar();
+        }
+        if (peekChar() == u'+') skipChar();
+        c = readRequiredDigit();
+        do {
+            const int32_t digit = c - u'0';
+            exponent = exponent > (std::numeric_limits<int32_t>::max() - digit) / 10 ? std::numeric_limits<int32_t>::max()
+                                                                                      : exponent * 10 + digit;
+            skipChar();
+            c = peekChar();
+        } while (isDigit(c));
+    }
+
+    if (!beyondInt64 && fraction == 0 && exponent == 0) {
+        return make<CVariantInt64>(negative ? int64_t(0 - integer) : int64_t(integer));
+    }
+    double value = (beyondInt64 ? bigInteger : double(integer)) + fraction;
+    if (negative) value = -value;
+    // Once the value is zero or infinite, further steps change nothing.
+    for (int32_t step = 0; step < exponent && value != 0 && std::isfinite(value); ++step) {
+        value = negativeExponent ? value / 10 : value * 10;
+    }
+    if (beyondInt64 || fraction >= 0.00001 || exponent > 1) return make<CVariantDouble>(value);
+    return make<CVariantInt64>(truncateToInt64(value));
+}
+
+int32_t CJsonParser::readRequiredDigit() {
+    const int32_t c = peekChar();
+    if (c == EndOfStream) raise(L"unexspected end of stream");
+    if (!isDigit(c)) raise(L"not a number value");
+    return c;
+}
+
+P<IVariant> CJsonParser::parseBoolean() {
+    char16_t text[4];
+    for (char16_t& c : text) {
+        const int32_t next = readChar();
+        if (next == EndOfStream) raise(L"unexspected end of stream");
+        c = char16_t(next);
+    }
+    if (isLetter(text[0], u't') && isLetter(text[1], u'r') && isLetter(text[2], u'u') && isLetter(text[3], u'e')) {
+        if (!m_true) m_true = make<CVariantBoolean>(true);
+        return m_true;
+    }
+    if (isLetter(text[0], u'f') && isLetter(text[1], u'a') && isLetter(text[2], u'l') && isLetter(text[3], u's')) {
+        const int32_t last = readChar();
+        if (last == EndOfStream) raise(L"unexspected end of stream");
+        if (last == u'e') {
+            if (!m_false) m_false = make<CVariantBoolean>(false);
+            return m_false;
+        }
+    }
+    raise(L"could not parse boolean value");
+}
+
+void CJsonParser::parseNull() {
+    expectChar(u'n');
+    expectChar(u'u');
+    expectChar(u'l');
+    expectChar(u'l');
+}
+
+} // namespace zuno

@@ -1,0 +1,345 @@
+#include <zuno/CObjectError.h>
+#include <zuno/CStringFormat.h>
+
+#include "runtimePrintf.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <string>
+
+namespace zuno {
+
+namespace {
+
+const char* const GoToNextFormatField = "CStringFormat::goToNextFormatField";
+const char* const DoInt = "CStringFormat::doInt";
+const char* const DoDouble = "CStringFormat::doDouble";
+const char* const DoChar = "CStringFormat::doChar";
+const char* const DoString = "CStringFormat::doString";
+const wchar_t* const ArgumentMismatch = L"argument does not match the field's format specification for '";
+
+constexpr int32_t MaxInt32 = std::numeric_limits<int32_t>::max();
+
+// A pushed width or precision: negative values give 0, large ones the largest int32.
+int32_t toFieldSize(int64_t value, bool isSigned) {
+    if (isSigned && value < 0) return 0;
+    return uint64_t(value) > uint64_t(MaxInt32) ? MaxInt32 : int32_t(value);
+}
+
+// The character of a pushed integer; values outside Unicode give U+FFFD.
+char32_t toCharacter(int64_t value, bool isSigned) {
+    if ((isSigned && value < 0) || uint64_t(value) > 0x10FFFF) return 0xFFFD;
+    return char32_t(value);
+}
+
+char* writeDecimal(char* out, int32_t value) {
+    return std::to_chars(out, out + 11, value).ptr;
+}
+
+} // namespace
+
+CStringFormat::CStringFormat(const String& format) : m_format(format.isNull() ? String::empty() : format.toWide()) {
+    m_text = m_format.wc_str();
+    m_length = size_t(m_format->getByteLength()) / sizeof(wchar_t);
+    goToNextFormatField();
+}
+
+CStringFormat& CStringFormat::doInt(int64_t value, bool isSigned) {
+    pushInteger(value, isSigned, DoInt);
+    return *this;
+}
+
+CStringFormat& CStringFormat::doDouble(double value) {
+    checkNoPendingWidth(DoDouble);
+    if (m_kind != FieldKind::FloatingPoint) fail(DoDouble, ArgumentMismatch);
+    formatDouble(value, DoDouble);
+    goToNextFormatField();
+    return *this;
+}
+
+CStringFormat& CStringFormat::doChar(char32_t character) {
+    if (m_kind == FieldKind::Integer || m_widthPending || m_precisionPending) {
+        pushInteger(int64_t(character), true, DoChar);
+        return *this;
+    }
+    if (m_kind != FieldKind::Character) fail(DoChar, ArgumentMismatch);
+    if (character > 127) {
+        formatText(String::fromChar(character), DoChar);
+    } else {
+        formatCharacter(int(character), DoChar);
+    }
+    goToNextFormatField();
+    return *this;
+}
+
+CStringFormat& CStringFormat::doString(const String& text) {
+    checkNoPendingWidth(DoString);
+    if (m_kind != FieldKind::Text) fail(DoString, ArgumentMismatch);
+    formatText(text, DoString);
+    goToNextFormatField();
+    return *this;
+}
+
+String CStringFormat::getResult() {
+    if (m_kind != FieldKind::None) {
+        throw CInvalidObjectStateError(this, nullptr,
+                                       String(L"CStringFormat: not all parameters have been pushed in yet"));
+    }
+    if (!m_isFinished) {
+        m_finished = m_result.detachString();
+        m_isFinished = true;
+    }
+    return m_finished;
+}
+
+void CStringFormat::goToNextFormatField() {
+    m_kind = FieldKind::None;
+    m_conversion = 0;
+    m_precision = -1;
+    m_width = 0;
+    m_flagCount = 0;
+    m_zeroPad = m_leftJustify = m_alternate = m_plusSign = m_spaceSign = false;
+    m_widthPending = m_precisionPending = false;
+
+    for (;;) {
+        const wchar_t* begin = m_text + m_position;
+        const wchar_t* end = m_text + m_length;
+        const wchar_t* percent = std::find(begin, end, L'%');
+        m_result.append(begin, size_t(percent - begin));
+        m_position = size_t(percent - m_text);
+        if (percent == end) return;
+        ++m_position;
+        if (m_position < m_length && m_text[m_position] == L'%') {
+            m_result.append(L'%');
+            ++m_position;
+            continue;
+        }
+        readFieldSpecification();
+        return;
+    }
+}
+
+void CStringFormat::readFieldSpecification() {
+    auto next = [this]() -> wchar_t { return m_position < m_length ? m_text[m_position] : 0; };
+
+    for (;; ++m_position) {
+        bool* flag = nullptr;
+        switch (next()) {
+        case L'0': flag = &m_zeroPad; break;
+        case L'-': flag = &m_leftJustify; break;
+        case L'#': flag = &m_alternate; break;
+        case L'+': flag = &m_plusSign; break;
+        case L' ': flag = &m_spaceSign; break;
+        default: break;
+        }
+        if (!flag) break;
+        if (++m_flagCount > 5) fail(GoToNextFormatField, L"too many field flags specified in '");
+        *flag = true;
+    }
+
+    if (next() == L'*') {
+        m_widthPending = true;
+        ++m_position;
+    } else {
+        m_width = readNumber();
+    }
+    if (next() == L'.') {
+        ++m_position;
+        if (next() == L'*') {
+            m_precisionPending = true;
+            ++m_position;
+        } else {
+            m_precision = readNumber();
+        }
+    }
+
+    switch (next()) {
+    case L'L': case L'h': case L'j': case L'l': case L't': case L'z':
+        ++m_position;
+        break;
+    case L'I':
+        ++m_position;
+        if (m_position + 1 < m_length && m_text[m_position] == L'6' && m_text[m_position + 1] == L'4') m_position += 2;
+        break;
+    default: break;
+    }
+
+    m_conversion = next();
+    switch (m_conversion) {
+    case L'c': case L'C': m_kind = FieldKind::Character; break;
+    case L'd': case L'i': case L'o': case L'u': case L'x': case L'X': m_kind = FieldKind::Integer; break;
+    case L'e': case L'E': case L'f': case L'g': case L'G': m_kind = FieldKind::FloatingPoint; break;
+    case L's': case L'S': m_kind = FieldKind::Text; break;
+    default: fail(GoToNextFormatField, L"invalid format string in '");
+    }
+    ++m_position;
+}
+
+int32_t CStringFormat::readNumber() {
+    int32_t number = 0;
+    while (m_position < m_length && m_text[m_position] >= L'0' && m_text[m_position] <= L'9') {
+        const int32_t digit = int32_t(m_text[m_position++] - L'0');
+        number = number > (MaxInt32 - digit) / 10 ? MaxInt32 : number * 10 + digit;
+    }
+    return number;
+}
+
+void CStringFormat::pushInteger(int64_t value, bool isSigned, const char* method) {
+    if (m_widthPending) {
+        m_width = toFieldSize(value, isSigned);
+        m_widthPending = false;
+        return;
+    }
+    if (m_precisionPending) {
+        m_precision = toFieldSize(value, isSigned);
+        m_precisionPending = false;
+        return;
+    }
+    switch (m_kind) {
+    case FieldKind::Integer:
+        formatInteger(value, isSigned);
+        break;
+    case FieldKind::FloatingPoint:
+        formatDouble(isSigned ? double(value) : double(uint64_t(value)), method);
+        break;
+    case FieldKind::Character:
+        if (isSigned ? value > 127 : uint64_t(value) > 127) {
+            formatText(String::fromChar(toCharacter(value, isSigned)), method);
+        } else {
+            formatCharacter(int(value), method);
+        }
+        break;
+    default:
+        fail(method, ArgumentMismatch);
+    }
+    goToNextFormatField();
+}
+
+void CStringFormat::formatInteger(int64_t value, bool isSigned) {
+    const unsigned base = m_conversion == L'o' ? 8 : (m_conversion == L'x' || m_conversion == L'X') ? 16 : 10;
+    const char* digitChars = m_conversion == L'x' ? "0123456789abcdef" : "0123456789ABCDEF";
+    const bool signedDecimal = isSigned && base == 10;
+    const bool negative = signedDecimal && value < 0;
+    const uint64_t magnitude = negative ? 0 - uint64_t(value) : uint64_t(value);
+
+    size_t digitCount = 0;
+    for (uint64_t rest = magnitude; rest != 0; rest /= base) ++digitCount;
+    size_t minimum = m_precision < 0 ? std::max<size_t>(digitCount, 1) : std::max<size_t>(digitCount, size_t(m_precision));
+
+    const char* prefix = "";
+    if (m_alternate && base == 16) prefix = m_conversion == L'X' ? "0X" : "0x";
+    if (m_alternate && base == 8) prefix = "0";
+    const size_t prefixLength = std::char_traits<char>::length(prefix);
+    minimum += prefixLength;
+
+    char sign = 0;
+    if (negative) sign = '-';
+    else if (signedDecimal && m_plusSign) sign = '+';
+    else if (signedDecimal && m_spaceSign) sign = ' ';
+
+    const size_t width = size_t(m_width);
+    size_t leading = 0;
+    size_t trailing = 0;
+    if (minimum < width) {
+        if (m_leftJustify) trailing = width - minimum;
+        else if (m_zeroPad) minimum = width;
+        else leading = width - minimum;
+    }
+
+    reserveScratch(std::max(width, minimum) + 2);
+    char* out = m_scratch.get();
+    out = std::fill_n(out, leading, ' ');
+    if (sign) *out++ = sign;
+    out = std::copy(prefix, prefix + prefixLength, out);
+    char* digitsEnd = out + (minimum - prefixLength);
+    uint64_t rest = magnitude;
+    for (char* digit = digitsEnd; digit != out;) {
+        *--digit = digitChars[rest % base];
+        rest /= base;
+    }
+    out = std::fill_n(digitsEnd, trailing, ' ');
+    m_result.appendBytes(m_scratch.get(), size_t(out - m_scratch.get()));
+}
+
+void CStringFormat::formatDouble(double value, const char* method) {
+    char specification[48];
+    buildSpecification(specification, true, true, char(m_conversion));
+    const size_t length = formatWithRuntime(specification, value, method);
+    m_result.appendBytes(m_scratch.get(), length);
+}
+
+void CStringFormat::formatCharacter(int value, const char* method) {
+    char specification[48];
+    buildSpecification(specification, false, false, 'c');
+    const size_t length = formatWithRuntime(specification, value, method);
+    m_result.appendBytes(m_scratch.get(), length);
+}
+
+void CStringFormat::formatText(const String& text, const char* method) {
+    m_kind = FieldKind::Text;
+    String shown = text.isNull() ? String::empty() : text;
+    if (m_precision >= 0 && m_precision < shown.length()) shown = shown.substring(0, m_precision);
+    const std::string utf8 = shown.toStdString();
+
+    // The C library counts the width in bytes; widen it by the bytes beyond one per character.
+    const int32_t savedWidth = m_width;
+    if (m_width > shown.length()) {
+        const int64_t byteWidth = int64_t(m_width) + int64_t(utf8.size()) - shown.length();
+        m_width = int32_t(std::min<int64_t>(byteWidth, MaxInt32));
+    }
+    char specification[48];
+    buildSpecification(specification, false, false, 's');
+    m_width = savedWidth;
+
+    const size_t length = formatWithRuntime(specification, utf8.c_str(), method);
+    m_result.appendUTF8(m_scratch.get(), length);
+}
+
+template <class T>
+size_t CStringFormat::formatWithRuntime(const char* specification, T value, const char* method) {
+    int length = runtimePrintf(m_scratch.get(), m_scratchSize, specification, value);
+    if (length >= 0 && size_t(length) >= m_scratchSize) {
+        reserveScratch(size_t(length) + 1);
+        length = runtimePrintf(m_scratch.get(), m_scratchSize, specification, value);
+    }
+    if (length < 0) fail(method, L"the C library could not format the field in '");
+    return size_t(length);
+}
+
+void CStringFormat::buildSpecification(char* out, bool allFlags, bool withPrecision, char conversion) const {
+    *out++ = '%';
+    if (m_leftJustify) *out++ = '-';
+    if (allFlags) {
+        if (m_plusSign) *out++ = '+';
+        if (m_spaceSign) *out++ = ' ';
+        if (m_alternate) *out++ = '#';
+        if (m_zeroPad) *out++ = '0';
+    }
+    if (m_width > 0) out = writeDecimal(out, m_width);
+    if (withPrecision && m_precision >= 0) {
+        *out++ = '.';
+        out = writeDecimal(out, m_precision);
+    }
+    *out++ = conversion;
+    *out = 0;
+}
+
+void CStringFormat::reserveScratch(size_t size) {
+    if (m_scratchSize >= size) return;
+    m_scratch.reset();
+    m_scratch.reset(new char[size]);
+    m_scratchSize = size;
+}
+
+void CStringFormat::checkNoPendingWidth(const char* method) const {
+    if (m_widthPending) fail(method, L"expected integer value (field width) in '");
+    if (m_precisionPending) fail(method, L"expected integer value (field precision) in '");
+}
+
+void CStringFormat::fail(const char* method, const wchar_t* message) const {
+    throw CInvalidArgError(this, nullptr, String(method), String(message) + m_format + String(L"'"));
+}
+
+} // namespace zuno

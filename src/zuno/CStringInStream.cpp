@@ -1,0 +1,65 @@
+#include <zuno/CStringInStream.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace zuno {
+
+namespace {
+
+void appendUnits(std::u16string& out, char32_t c) {
+    if (c < 0x10000) {
+        out.push_back(char16_t(c));
+    } else {
+        c -= 0x10000;
+        out.push_back(char16_t(0xD800 + (c >> 10)));
+        out.push_back(char16_t(0xDC00 + (c & 0x3FF)));
+    }
+}
+
+} // namespace
+
+CStringInStream::CStringInStream(const String& text) : m_text(text) {
+    const Encoding encoding = text.getEncoding();
+    const bool wideIsUTF16 = sizeof(wchar_t) == sizeof(char16_t);
+    if (encoding == Encoding::UTF16 || (encoding == Encoding::Wide && wideIsUTF16)) {
+        m_bytes = static_cast<const char*>(text->getData());
+        m_byteCount = text->getByteLength();
+        return;
+    }
+    if (encoding == Encoding::Wide) {
+        const wchar_t* chars = static_cast<const wchar_t*>(text->getData());
+        const int32_t count = text->getByteLength() / int32_t(sizeof(wchar_t));
+        m_converted.reserve(size_t(count));
+        for (int32_t i = 0; i < count; ++i) appendUnits(m_converted, char32_t(chars[i]));
+    } else {
+        for (char32_t c : text.getChars()) appendUnits(m_converted, c);
+    }
+    m_bytes = reinterpret_cast<const char*>(m_converted.data());
+    m_byteCount = int32_t(m_converted.size() * sizeof(char16_t));
+}
+
+int32_t CStringInStream::read(void* buffer, int32_t size) {
+    const int32_t count = peek(buffer, size);
+    m_position += count;
+    return count;
+}
+
+int32_t CStringInStream::peek(void* buffer, int32_t size) {
+    const int32_t count = std::clamp(m_byteCount - m_position, 0, std::max(size, 0));
+    if (count > 0) std::memcpy(buffer, m_bytes + m_position, size_t(count));
+    return count;
+}
+
+const void* CStringInStream::peekBuffered(int32_t& size) {
+    size = m_byteCount - m_position;
+    return m_bytes + m_position;
+}
+
+int32_t CStringInStream::skip(int32_t size) {
+    const int32_t count = std::clamp(m_byteCount - m_position, 0, std::max(size, 0));
+    m_position += count;
+    return count;
+}
+
+} // namespace zuno

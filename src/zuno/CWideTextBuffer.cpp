@@ -1,0 +1,107 @@
+#include <zuno/CWideTextBuffer.h>
+
+#include <zuno/CException.h>
+#include <zuno/CString.h>
+
+#include <cstdlib>
+#include <new>
+
+namespace zuno {
+
+namespace {
+
+constexpr bool WideIsUTF16 = sizeof(wchar_t) == sizeof(char16_t);
+
+} // namespace
+
+CWideTextBuffer::~CWideTextBuffer() {
+    std::free(m_data);
+}
+
+void CWideTextBuffer::grow(size_t count) {
+    size_t capacity = m_capacity < 64 ? 64 : m_capacity * 2;
+    if (capacity < m_size + count) capacity = m_size + count;
+    void* data = std::realloc(m_data, (capacity + 1) * sizeof(wchar_t));
+    if (!data) throw std::bad_alloc();
+    m_data = static_cast<wchar_t*>(data);
+    m_capacity = capacity;
+}
+
+void CWideTextBuffer::appendChar(char32_t c) {
+    if (WideIsUTF16 && c >= 0x10000) {
+        c -= 0x10000;
+        wchar_t* out = extend(2);
+        out[0] = wchar_t(0xD800 + (c >> 10));
+        out[1] = wchar_t(0xDC00 + (c & 0x3FF));
+    } else {
+        append(wchar_t(c));
+    }
+}
+
+void CWideTextBuffer::appendUTF16(const char16_t* units, size_t count) {
+    wchar_t* out = extend(count);
+    if (WideIsUTF16) {
+        for (size_t i = 0; i < count; ++i) out[i] = wchar_t(units[i]);
+        return;
+    }
+    size_t written = 0;
+    for (size_t i = 0; i < count; ++i) {
+        const char32_t unit = units[i];
+        wchar_t* previous = out + written - 1;
+        const size_t before = m_size - count + written;  // characters in front of out[written]
+        if ((unit & 0xFC00) == 0xDC00 && before > 0 && (char32_t(*previous) & 0xFFFFFC00) == 0xD800) {
+            *previous = wchar_t(0x10000 + ((char32_t(*previous) - 0xD800) << 10) + (unit - 0xDC00));
+        } else {
+            out[written++] = wchar_t(unit);
+        }
+    }
+    shrink(count - written);
+}
+
+void CWideTextBuffer::appendUTF8(const char* text, size_t count) {
+    const auto* bytes = reinterpret_cast<const unsigned char*>(text);
+    size_t i = 0;
+    while (i < count) {
+        const unsigned char lead = bytes[i];
+        if (lead < 0x80) {
+            append(wchar_t(lead));
+            ++i;
+            continue;
+        }
+        size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 0;
+        char32_t c = length == 4 ? lead & 0x07 : length == 3 ? lead & 0x0F : lead & 0x1F;
+        bool valid = length != 0 && lead < 0xF5 && i + length <= count;
+        for (size_t k = 1; valid && k < length; ++k) {
+            valid = (bytes[i + k] & 0xC0) == 0x80;
+            c = (c << 6) | (bytes[i + k] & 0x3F);
+        }
+        const char32_t smallest = length == 4 ? 0x10000 : length == 3 ? 0x800 : 0x80;
+        if (valid && c >= smallest && c <= 0x10FFFF && (c & 0xFFFFF800) != 0xD800) {
+            appendChar(c);
+            i += length;
+        } else {
+            append(wchar_t(0xFFFD));
+            ++i;
+        }
+    }
+}
+
+String CWideTextBuffer::toString() const {
+    return String(m_size ? m_data : L"", int32_t(m_size));
+}
+
+String CWideTextBuffer::detachString() {
+    if (!m_data) grow(0);
+    m_data[m_size] = 0;
+    const int32_t bytes = int32_t(m_size * sizeof(wchar_t));
+    wchar_t* data = std::exchange(m_data, nullptr);
+    m_size = m_capacity = 0;
+    try {
+        return String(make<CWCharString>(data, bytes, CString::Adopt, true));
+    } catch (...) {
+        std::free(data);
+        throw;
+    }
+}
+
+} // namespace zuno
