@@ -43,7 +43,7 @@ public:
     P<IVariant> parseDocument();
 
 protected:
-    [[noreturn]] void raiseError(const String& message) const override;
+    void raiseError(const String& message) const override;
 
 private:
     P<IVariant> parseValue(int32_t depth);
@@ -56,7 +56,6 @@ private:
     int32_t readRequiredDigit();
     P<IVariant> parseBoolean();
     void parseNull();
-    [[noreturn]] void raise(const wchar_t* message) const;
 
     CWideTextBuffer m_text;  // the string being read
     // Scalars are immutable, so one instance of each constant serves the whole tree.

@@ -45,7 +45,7 @@ protected:
             if (c != u' ' && c != u'\n' && c != u'\r' && c != u'\t') return c;
             ++m_cur;
         }
-        raiseError(String(L"end of stream found while advancing ignored chars"));
+        raise(L"end of stream found while advancing ignored chars");
     }
     // Consumes the next character, which must be `expected`.
     void expectChar(char16_t expected);
@@ -61,8 +61,11 @@ protected:
     // Replaces a used-up window; false at the end of the stream.
     bool fill();
 
-    // Raises the parser's own error class with `message`.
-    [[noreturn]] virtual void raiseError(const String& message) const = 0;
+    // Raises the parser's error (raiseError) with `message`.
+    [[noreturn]] void raise(const String& message) const;
+    [[noreturn]] void raise(const wchar_t* message) const { raise(String(message)); }
+    // Throws the parser's own error class with `message`.
+    virtual void raiseError(const String& message) const = 0;
 
     // The current window, for subclasses' bulk scanning: [m_cur, m_end) is unread.
     const char16_t* m_cur = nullptr;

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 namespace zuno {
 
@@ -89,6 +90,7 @@ private:
     int32_t m_precision = -1;
     int32_t m_flagCount = 0;
 
+    std::string m_textBytes;            // a string argument as UTF-8
     std::unique_ptr<char[]> m_scratch;  // reused for every field; never shrinks
     size_t m_scratchSize = 0;
 };

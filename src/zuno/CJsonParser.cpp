@@ -60,10 +60,6 @@ void CJsonParser::raiseError(const String& message) const {
     throw CJsonParserError(message);
 }
 
-void CJsonParser::raise(const wchar_t* message) const {
-    raiseError(String(message));
-}
-
 P<IVariant> CJsonParser::parseValue(int32_t depth) {
     switch (skipIgnoredChars()) {
     case u'"':
@@ -88,7 +84,7 @@ P<IVariant> CJsonParser::parseValue(int32_t depth) {
 
 P<IVariant> CJsonParser::parseObject(int32_t depth) {
     if (depth > MaxNesting) {
-        raiseError(CStringFormat(L"objects and arrays nested deeper than %d levels").doInt(MaxNesting).getResult());
+        raise(CStringFormat(L"objects and arrays nested deeper than %d levels").doInt(MaxNesting).getResult());
     }
     expectChar(u'{');
     P<CVariantMap> map = make<CVariantMap>();
@@ -109,7 +105,7 @@ P<IVariant> CJsonParser::parseObject(int32_t depth) {
 
 P<IVariant> CJsonParser::parseArray(int32_t depth) {
     if (depth > MaxNesting) {
-        raiseError(CStringFormat(L"objects and arrays nested deeper than %d levels").doInt(MaxNesting).getResult());
+        raise(CStringFormat(L"objects and arrays nested deeper than %d levels").doInt(MaxNesting).getResult());
     }
     expectChar(u'[');
     P<CVariantArray> array = make<CVariantArray>();
@@ -156,7 +152,7 @@ void CJsonParser::parseEscape() {
     case u'r': m_text.append(L'\r'); return;
     case u't': m_text.append(L'\t'); return;
     default:
-        raiseError(CStringFormat(L"unknown char in excaped string: %s").doString(String::fromChar(char32_t(c))).getResult());
+        raise(CStringFormat(L"unknown char in excaped string: %s").doString(String::fromChar(char32_t(c))).getResult());
     }
 }
 

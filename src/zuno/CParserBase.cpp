@@ -1,4 +1,5 @@
 #include <zuno/CParserBase.h>
+#include <zuno/CError.h>
 #include <zuno/CStringFormat.h>
 
 #include <cstdint>
@@ -49,12 +50,17 @@ int32_t CParserBase::peekChars(char16_t* out, int32_t count) {
     return m_in->peek(out, count * int32_t(sizeof(char16_t))) / int32_t(sizeof(char16_t));
 }
 
+void CParserBase::raise(const String& message) const {
+    raiseError(message);
+    throw CParseError(message);  // for a subclass whose raiseError does not throw
+}
+
 void CParserBase::expectChar(char16_t expected) {
     const int64_t position = getPosition();
     const int32_t found = readChar();
-    if (found == EndOfStream) raiseError(String(L"unexspected end of stream"));
+    if (found == EndOfStream) raise(L"unexspected end of stream");
     if (found == expected) return;
-    raiseError(CStringFormat(L"Expected char '%s' not found at postion %d - found '%s'")
+    raise(CStringFormat(L"Expected char '%s' not found at postion %d - found '%s'")
                    .doString(String::fromChar(expected))
                    .doInt(position)
                    .doString(String::fromChar(char32_t(found)))

@@ -34,6 +34,35 @@ char32_t toCharacter(int64_t value, bool isSigned) {
     return char32_t(value);
 }
 
+// Appends at most `limit` characters (all when negative) of wide text as UTF-8; returns
+// how many were appended. Invalid code units become U+FFFD, as the text objects read them.
+int32_t appendAsUTF8(std::string& out, const wchar_t* text, size_t count, int32_t limit) {
+    int32_t chars = 0;
+    for (size_t i = 0; i < count && (limit < 0 || chars < limit); ++i, ++chars) {
+        char32_t c = char32_t(text[i]);
+        if (sizeof(wchar_t) == 2 && (c & 0xFC00) == 0xD800 && i + 1 < count && (char32_t(text[i + 1]) & 0xFC00) == 0xDC00) {
+            c = 0x10000 + ((c - 0xD800) << 10) + (char32_t(text[++i]) - 0xDC00);
+        }
+        if ((c & 0xFFFFF800) == 0xD800 || c > 0x10FFFF) c = 0xFFFD;
+        if (c < 0x80) {
+            out.push_back(char(c));
+        } else if (c < 0x800) {
+            out.push_back(char(0xC0 | (c >> 6)));
+            out.push_back(char(0x80 | (c & 0x3F)));
+        } else if (c < 0x10000) {
+            out.push_back(char(0xE0 | (c >> 12)));
+            out.push_back(char(0x80 | ((c >> 6) & 0x3F)));
+            out.push_back(char(0x80 | (c & 0x3F)));
+        } else {
+            out.push_back(char(0xF0 | (c >> 18)));
+            out.push_back(char(0x80 | ((c >> 12) & 0x3F)));
+            out.push_back(char(0x80 | ((c >> 6) & 0x3F)));
+            out.push_back(char(0x80 | (c & 0x3F)));
+        }
+    }
+    return chars;
+}
+
 char* writeDecimal(char* out, int32_t value) {
     return std::to_chars(out, out + 11, value).ptr;
 }
@@ -279,21 +308,22 @@ void CStringFormat::formatCharacter(int value, const char* method) {
 
 void CStringFormat::formatText(const String& text, const char* method) {
     m_kind = FieldKind::Text;
-    String shown = text.isNull() ? String::empty() : text;
-    if (m_precision >= 0 && m_precision < shown.length()) shown = shown.substring(0, m_precision);
-    const std::string utf8 = shown.toStdString();
+    const String wide = text.isNull() ? String::empty() : text.toWide();
+    m_textBytes.clear();
+    const int32_t chars = appendAsUTF8(m_textBytes, wide.wc_str(), size_t(wide->getByteLength()) / sizeof(wchar_t),
+                                       m_precision);
 
     // The C library counts the width in bytes; widen it by the bytes beyond one per character.
     const int32_t savedWidth = m_width;
-    if (m_width > shown.length()) {
-        const int64_t byteWidth = int64_t(m_width) + int64_t(utf8.size()) - shown.length();
+    if (m_width > chars) {
+        const int64_t byteWidth = int64_t(m_width) + int64_t(m_textBytes.size()) - chars;
         m_width = int32_t(std::min<int64_t>(byteWidth, MaxInt32));
     }
     char specification[48];
     buildSpecification(specification, false, false, 's');
     m_width = savedWidth;
 
-    const size_t length = formatWithRuntime(specification, utf8.c_str(), method);
+    const size_t length = formatWithRuntime(specification, m_textBytes.c_str(), method);
     m_result.appendUTF8(m_scratch.get(), length);
 }
 

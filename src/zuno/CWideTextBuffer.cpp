@@ -5,12 +5,27 @@
 
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace zuno {
 
 namespace {
 
 constexpr bool WideIsUTF16 = sizeof(wchar_t) == sizeof(char16_t);
+
+// Characters as the wide text object counts them: a surrogate pair is one, a lone half
+// one as well. Passing the count spares the text object a decoding pass.
+int32_t countChars(const wchar_t* text, size_t size) {
+    if (!WideIsUTF16) return int32_t(size);
+    size_t pairs = 0;
+    for (size_t i = 0; i + 1 < size; ++i) {
+        if ((char32_t(text[i]) & 0xFC00) == 0xD800 && (char32_t(text[i + 1]) & 0xFC00) == 0xDC00) {
+            ++pairs;
+            ++i;
+        }
+    }
+    return int32_t(size - pairs);
+}
 
 } // namespace
 
@@ -87,17 +102,19 @@ void CWideTextBuffer::appendUTF8(const char* text, size_t count) {
 }
 
 String CWideTextBuffer::toString() const {
-    return String(m_size ? m_data : L"", int32_t(m_size));
+    return String(make<CWCharString>(m_size ? m_data : L"", int32_t(m_size * sizeof(wchar_t)), CString::Copy, true,
+                                     countChars(m_data, m_size)));
 }
 
 String CWideTextBuffer::detachString() {
     if (!m_data) grow(0);
     m_data[m_size] = 0;
     const int32_t bytes = int32_t(m_size * sizeof(wchar_t));
+    const int32_t chars = countChars(m_data, m_size);
     wchar_t* data = std::exchange(m_data, nullptr);
     m_size = m_capacity = 0;
     try {
-        return String(make<CWCharString>(data, bytes, CString::Adopt, true));
+        return String(make<CWCharString>(data, bytes, CString::Adopt, true, chars));
     } catch (...) {
         std::free(data);
         throw;
