@@ -53,6 +53,10 @@ protected:
     // how many there were.
     int32_t peekChars(char16_t* out, int32_t count);
 
+    // A character just read, for a message: a high surrogate together with the low one
+    // that follows it (not consumed).
+    String describeChar(int32_t c);
+
     // Characters consumed since the start of the stream.
     int64_t getPosition() const { return m_windowPosition + (m_cur - m_windowStart); }
 

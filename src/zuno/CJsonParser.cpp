@@ -152,7 +152,7 @@ void CJsonParser::parseEscape() {
     case u'r': m_text.append(L'\r'); return;
     case u't': m_text.append(L'\t'); return;
     default:
-        raise(CStringFormat(L"unknown char in excaped string: %s").doString(String::fromChar(char32_t(c))).getResult());
+        raise(CStringFormat(L"unknown char in excaped string: %s").doString(describeChar(c)).getResult());
     }
 }
 

@@ -63,8 +63,18 @@ void CParserBase::expectChar(char16_t expected) {
     raise(CStringFormat(L"Expected char '%s' not found at postion %d - found '%s'")
                    .doString(String::fromChar(expected))
                    .doInt(position)
-                   .doString(String::fromChar(char32_t(found)))
+                   .doString(describeChar(found))
                    .getResult());
+}
+
+String CParserBase::describeChar(int32_t c) {
+    if ((c & 0xFC00) == 0xD800) {
+        const int32_t next = peekChar();
+        if ((next & 0xFC00) == 0xDC00) {
+            return String::fromChar(0x10000 + ((char32_t(c) - 0xD800) << 10) + (char32_t(next) - 0xDC00));
+        }
+    }
+    return String::fromChar(char32_t(c));
 }
 
 } // namespace zuno

@@ -1,0 +1,57 @@
+#include "JsonTestSuiteAnswers.h"
+
+#include <zuno/CError.h>
+#include <zuno/CJsonParser.h>
+
+#include <sharedData.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+
+using namespace zuno;
+
+namespace {
+
+// What the parser makes of a file: "accept", or the message of its error.
+std::string answerFor(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    try {
+        CJsonParser::parse(String::fromUTF8ToWide(bytes));
+        return "accept";
+    } catch (const CJsonParserError& error) {
+        return error.getMessage().toStdString();
+    }
+}
+
+} // namespace
+
+// Every file of the suite, in one process: each gives exactly our recorded answer, and none
+// crashes, hangs or upsets the sanitizers.
+TEST(JsonTestSuite, EveryFileGivesOurRecordedAnswer) {
+    ZUNO_REQUIRE_SHARED_DATA(dataDir);
+    const std::filesystem::path folder = std::filesystem::u8path(dataDir + "/JSONTestSuite/test_parsing");
+
+    std::map<std::string, std::string> expected;
+    for (const JsonTestSuiteAnswer& answer : jsonTestSuiteAnswers) {
+        expected[answer.file] = answer.error ? answer.error : "accept";
+    }
+    size_t files = 0;
+    for (const std::filesystem::directory_entry& entry : std::filesystem::directory_iterator(folder)) {
+        const std::string name = entry.path().filename().u8string();
+        const auto answer = expected.find(name);
+        if (answer == expected.end()) {
+            ADD_FAILURE() << name << " has no recorded answer";
+            continue;
+        }
+        EXPECT_EQ(answerFor(entry.path()), answer->second) << name;
+        ++files;
+    }
+    EXPECT_EQ(files, expected.size()) << "recorded answers for files that are missing";
+    EXPECT_EQ(files, 318u);
+}
