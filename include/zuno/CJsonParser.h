@@ -2,6 +2,7 @@
 
 #include <zuno/CParserBase.h>
 #include <zuno/CVariantBoolean.h>
+#include <zuno/CVariantMap.h>
 #include <zuno/CVariantNull.h>
 #include <zuno/CWideTextBuffer.h>
 #include <zuno/IPeekableInStream.h>
@@ -9,7 +10,9 @@
 #include <zuno/P.h>
 #include <zuno/String.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace zuno {
 
@@ -49,7 +52,10 @@ private:
     P<IVariant> parseValue(int32_t depth);
     P<IVariant> parseObject(int32_t depth);
     P<IVariant> parseArray(int32_t depth);
-    String parseString();
+    // Reads a string into m_text.
+    void readString();
+    // The key just read, shared with earlier equal keys.
+    String internKey();
     void parseEscape();
     void parseUnicodeEscape();
     P<IVariant> parseNumber();
@@ -57,7 +63,16 @@ private:
     P<IVariant> parseBoolean();
     void parseNull();
 
+    static constexpr size_t KeyCacheSize = 1024;  // a power of two
+    static constexpr size_t MaxCachedKeyLength = 64;
+
     CWideTextBuffer m_text;  // the string being read
+    // Elements and pairs of the arrays and objects being read, innermost last: each
+    // container is made once it is complete, with room for exactly its elements.
+    std::vector<P<IVariant>> m_values;
+    std::vector<CVariantMap::Entry> m_entries;
+    // Recent keys by hash: documents repeat their keys, which then share one text object.
+    std::vector<P<IString>> m_keyCache;
     // Scalars are immutable, so one instance of each constant serves the whole tree.
     P<IVariant> m_null;
     P<IVariant> m_true;

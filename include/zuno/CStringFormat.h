@@ -40,6 +40,9 @@ namespace zuno {
 class CStringFormat : public CObject {
 public:
     explicit CStringFormat(const String& format);
+    // A literal format text, borrowed as String(const wchar_t*) borrows it: it must outlive
+    // the formatter. Spares making a String for the common case.
+    explicit CStringFormat(const wchar_t* format);
 
     CStringFormat& doInt(int64_t value, bool isSigned = true);
     CStringFormat& doDouble(double value);
@@ -69,7 +72,7 @@ private:
     void checkNoPendingWidth(const char* method) const;
     [[noreturn]] void fail(const char* method, const wchar_t* message) const;
 
-    String m_format;
+    String m_format;                  // null for a borrowed literal until a message needs it
     const wchar_t* m_text = nullptr;  // the format's wide characters
     size_t m_length = 0;
     size_t m_position = 0;
@@ -90,9 +93,13 @@ private:
     int32_t m_precision = -1;
     int32_t m_flagCount = 0;
 
-    std::string m_textBytes;            // a string argument as UTF-8
-    std::unique_ptr<char[]> m_scratch;  // reused for every field; never shrinks
-    size_t m_scratchSize = 0;
+    std::string m_textBytes;  // a string argument as UTF-8
+    // The scratch buffer, reused for every field; it starts in the object and, when a field
+    // needs more, is replaced by a heap buffer of exactly the size needed. It never shrinks.
+    char m_inlineScratch[64];
+    std::unique_ptr<char[]> m_heapScratch;
+    char* m_scratch = m_inlineScratch;
+    size_t m_scratchSize = sizeof m_inlineScratch;
 };
 
 } // namespace zuno

@@ -15,6 +15,7 @@ namespace zuno {
 class CVariantArray final : public CObject, public IVariant {
 public:
     CVariantArray() = default;
+    explicit CVariantArray(std::vector<P<IVariant>> values);
     ~CVariantArray() override;
 
     Kind getKind() const override { return Kind::Array; }

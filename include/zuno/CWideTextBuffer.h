@@ -9,10 +9,13 @@
 namespace zuno {
 
 // A growing buffer of wide characters (UTF-16 code units where wchar_t has 16 bits, code
-// points where it has 32) that becomes a wide String without a further copy. The hot
-// appends are inline.
+// points where it has 32) that becomes a wide String. Short texts stay in the object
+// itself; a long one moves to the heap and becomes a String without a further copy. The
+// hot appends are inline.
 class CWideTextBuffer {
 public:
+    static constexpr size_t InlineCapacity = 64;
+
     CWideTextBuffer() = default;
     ~CWideTextBuffer();
     CWideTextBuffer(const CWideTextBuffer&) = delete;
@@ -59,15 +62,18 @@ public:
 
     // A copy of the text as a wide String; the buffer keeps its text.
     String toString() const;
-    // The text as a wide String that takes the buffer over; the buffer is empty after.
+    // The text as a wide String, which takes a heap buffer over instead of copying it; the
+    // buffer is empty after.
     String detachString();
 
 private:
     void grow(size_t count);
+    bool isInline() const { return m_data == m_inline; }
 
-    wchar_t* m_data = nullptr;
+    wchar_t m_inline[InlineCapacity + 1];
+    wchar_t* m_data = m_inline;
     size_t m_size = 0;
-    size_t m_capacity = 0;  // not counting room for a terminator, which is always there
+    size_t m_capacity = InlineCapacity;  // not counting room for a terminator, which is always there
 };
 
 } // namespace zuno

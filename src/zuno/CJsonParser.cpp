@@ -10,7 +10,10 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstring>
+#include <iterator>
 #include <limits>
+#include <vector>
 
 namespace zuno {
 
@@ -63,7 +66,8 @@ void CJsonParser::raiseError(const String& message) const {
 P<IVariant> CJsonParser::parseValue(int32_t depth) {
     switch (skipIgnoredChars()) {
     case u'"':
-        return make<CVariantString>(parseString());
+        readString();
+        return make<CVariantString>(m_text.toString());
     case u'-': case u'0': case u'1': case u'2': case u'3': case u'4':
     case u'5': case u'6': case u'7': case u'8': case u'9':
         return parseNumber();
@@ -87,19 +91,25 @@ P<IVariant> CJsonParser::parseObject(int32_t depth) {
         raise(CStringFormat(L"objects and arrays nested deeper than %d levels").doInt(MaxNesting).getResult());
     }
     expectChar(u'{');
-    P<CVariantMap> map = make<CVariantMap>();
+    const size_t first = m_entries.size();
     if (skipIgnoredChars() != u'}') {
         for (;;) {
             if (skipIgnoredChars() != u'"') raise(L"could not parse key");
-            const String key = parseString();
+            readString();
+            String key = internKey();
             skipIgnoredChars();
             expectChar(u':');
-            map->set(key, parseValue(depth));
+            P<IVariant> value = parseValue(depth);
+            m_entries.push_back(CVariantMap::Entry{std::move(key), std::move(value)});
             if (skipIgnoredChars() != u',') break;
             skipChar();
         }
     }
     expectChar(u'}');
+    P<CVariantMap> map = make<CVariantMap>();
+    map->reserve(int32_t(m_entries.size() - first));
+    for (size_t i = first; i < m_entries.size(); ++i) map->set(m_entries[i].key, std::move(m_entries[i].value));
+    m_entries.resize(first);
     return map;
 }
 
@@ -108,19 +118,24 @@ P<IVariant> CJsonParser::parseArray(int32_t depth) {
         raise(CStringFormat(L"objects and arrays nested deeper than %d levels").doInt(MaxNesting).getResult());
     }
     expectChar(u'[');
-    P<CVariantArray> array = make<CVariantArray>();
+    const size_t first = m_values.size();
     if (skipIgnoredChars() != u']') {
         for (;;) {
-            array->add(parseValue(depth));
+            P<IVariant> value = parseValue(depth);
+            m_values.push_back(std::move(value));
             if (skipIgnoredChars() != u',') break;
             skipChar();
         }
     }
     expectChar(u']');
+    const auto begin = m_values.begin() + std::ptrdiff_t(first);
+    P<CVariantArray> array =
+        make<CVariantArray>(std::vector<P<IVariant>>(std::make_move_iterator(begin), std::make_move_iterator(m_values.end())));
+    m_values.resize(first);
     return array;
 }
 
-String CJsonParser::parseString() {
+void CJsonParser::readString() {
     skipChar();  // the opening quote
     m_text.clear();
     for (;;) {
@@ -134,10 +149,26 @@ String CJsonParser::parseString() {
             continue;
         }
         ++m_cur;
-        if (*run == u'"') break;
+        if (*run == u'"') return;
         parseEscape();
     }
-    return m_text.toString();
+}
+
+String CJsonParser::internKey() {
+    const size_t count = m_text.size();
+    if (count > MaxCachedKeyLength) return m_text.toString();
+    const wchar_t* units = m_text.data();
+    uint32_t hash = 2166136261u;  // FNV-1a
+    for (size_t i = 0; i < count; ++i) hash = (hash ^ uint32_t(units[i])) * 16777619u;
+    if (m_keyCache.empty()) m_keyCache.resize(KeyCacheSize);
+    P<IString>& cached = m_keyCache[hash & (KeyCacheSize - 1)];
+    const size_t bytes = count * sizeof(wchar_t);
+    if (cached && size_t(cached->getByteLength()) == bytes && std::memcmp(cached->getData(), units, bytes) == 0) {
+        return String(cached);
+    }
+    String key = m_text.toString();
+    cached = key.object();
+    return key;
 }
 
 void CJsonParser::parseEscape() {

@@ -75,6 +75,11 @@ CStringFormat::CStringFormat(const String& format) : m_format(format.isNull() ? 
     goToNextFormatField();
 }
 
+CStringFormat::CStringFormat(const wchar_t* format) : m_text(format ? format : L"") {
+    m_length = std::char_traits<wchar_t>::length(m_text);
+    goToNextFormatField();
+}
+
 CStringFormat& CStringFormat::doInt(int64_t value, bool isSigned) {
     pushInteger(value, isSigned, DoInt);
     return *this;
@@ -278,7 +283,7 @@ void CStringFormat::formatInteger(int64_t value, bool isSigned) {
     }
 
     reserveScratch(std::max(width, minimum) + 2);
-    char* out = m_scratch.get();
+    char* out = m_scratch;
     out = std::fill_n(out, leading, ' ');
     if (sign) *out++ = sign;
     out = std::copy(prefix, prefix + prefixLength, out);
@@ -289,21 +294,21 @@ void CStringFormat::formatInteger(int64_t value, bool isSigned) {
         rest /= base;
     }
     out = std::fill_n(digitsEnd, trailing, ' ');
-    m_result.appendBytes(m_scratch.get(), size_t(out - m_scratch.get()));
+    m_result.appendBytes(m_scratch, size_t(out - m_scratch));
 }
 
 void CStringFormat::formatDouble(double value, const char* method) {
     char specification[48];
     buildSpecification(specification, true, true, char(m_conversion));
     const size_t length = formatWithRuntime(specification, value, method);
-    m_result.appendBytes(m_scratch.get(), length);
+    m_result.appendBytes(m_scratch, length);
 }
 
 void CStringFormat::formatCharacter(int value, const char* method) {
     char specification[48];
     buildSpecification(specification, false, false, 'c');
     const size_t length = formatWithRuntime(specification, value, method);
-    m_result.appendBytes(m_scratch.get(), length);
+    m_result.appendBytes(m_scratch, length);
 }
 
 void CStringFormat::formatText(const String& text, const char* method) {
@@ -324,15 +329,15 @@ void CStringFormat::formatText(const String& text, const char* method) {
     m_width = savedWidth;
 
     const size_t length = formatWithRuntime(specification, m_textBytes.c_str(), method);
-    m_result.appendUTF8(m_scratch.get(), length);
+    m_result.appendUTF8(m_scratch, length);
 }
 
 template <class T>
 size_t CStringFormat::formatWithRuntime(const char* specification, T value, const char* method) {
-    int length = runtimePrintf(m_scratch.get(), m_scratchSize, specification, value);
+    int length = runtimePrintf(m_scratch, m_scratchSize, specification, value);
     if (length >= 0 && size_t(length) >= m_scratchSize) {
         reserveScratch(size_t(length) + 1);
-        length = runtimePrintf(m_scratch.get(), m_scratchSize, specification, value);
+        length = runtimePrintf(m_scratch, m_scratchSize, specification, value);
     }
     if (length < 0) fail(method, L"the C library could not format the field in '");
     return size_t(length);
@@ -358,8 +363,9 @@ void CStringFormat::buildSpecification(char* out, bool allFlags, bool withPrecis
 
 void CStringFormat::reserveScratch(size_t size) {
     if (m_scratchSize >= size) return;
-    m_scratch.reset();
-    m_scratch.reset(new char[size]);
+    m_heapScratch.reset();
+    m_heapScratch.reset(new char[size]);
+    m_scratch = m_heapScratch.get();
     m_scratchSize = size;
 }
 
@@ -369,7 +375,8 @@ void CStringFormat::checkNoPendingWidth(const char* method) const {
 }
 
 void CStringFormat::fail(const char* method, const wchar_t* message) const {
-    throw CInvalidArgError(this, nullptr, String(method), String(message) + m_format + String(L"'"));
+    const String format = m_format.isNull() ? String(m_text) : m_format;
+    throw CInvalidArgError(this, nullptr, String(method), String(message) + format + String(L"'"));
 }
 
 } // namespace zuno

@@ -7,6 +7,10 @@
 
 namespace zuno {
 
+CVariantArray::CVariantArray(std::vector<P<IVariant>> values) : m_values(std::move(values)) {
+    for (const P<IVariant>& value : m_values) checkValue(value, "CVariantArray::CVariantArray");
+}
+
 CVariantArray::~CVariantArray() {
     CVariantReleaser releaser;
     for (P<IVariant>& value : m_values) releaser.release(value);

@@ -1,9 +1,12 @@
 #include <zuno/CWideTextBuffer.h>
 
+#include "CCompactWideString.h"
+
 #include <zuno/CException.h>
 #include <zuno/CString.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -30,14 +33,15 @@ int32_t countChars(const wchar_t* text, size_t size) {
 } // namespace
 
 CWideTextBuffer::~CWideTextBuffer() {
-    std::free(m_data);
+    if (!isInline()) std::free(m_data);
 }
 
 void CWideTextBuffer::grow(size_t count) {
-    size_t capacity = m_capacity < 64 ? 64 : m_capacity * 2;
+    size_t capacity = m_capacity * 2;
     if (capacity < m_size + count) capacity = m_size + count;
-    void* data = std::realloc(m_data, (capacity + 1) * sizeof(wchar_t));
+    void* data = std::realloc(isInline() ? nullptr : m_data, (capacity + 1) * sizeof(wchar_t));
     if (!data) throw std::bad_alloc();
+    if (isInline()) std::memcpy(data, m_inline, m_size * sizeof(wchar_t));
     m_data = static_cast<wchar_t*>(data);
     m_capacity = capacity;
 }
@@ -102,17 +106,21 @@ void CWideTextBuffer::appendUTF8(const char* text, size_t count) {
 }
 
 String CWideTextBuffer::toString() const {
-    return String(make<CWCharString>(m_size ? m_data : L"", int32_t(m_size * sizeof(wchar_t)), CString::Copy, true,
-                                     countChars(m_data, m_size)));
+    return String(CCompactWideString::create(m_data, m_size, countChars(m_data, m_size)));
 }
 
 String CWideTextBuffer::detachString() {
-    if (!m_data) grow(0);
+    if (isInline()) {
+        String text = toString();
+        m_size = 0;
+        return text;
+    }
     m_data[m_size] = 0;
     const int32_t bytes = int32_t(m_size * sizeof(wchar_t));
     const int32_t chars = countChars(m_data, m_size);
-    wchar_t* data = std::exchange(m_data, nullptr);
-    m_size = m_capacity = 0;
+    wchar_t* data = std::exchange(m_data, m_inline);
+    m_size = 0;
+    m_capacity = InlineCapacity;
     try {
         return String(make<CWCharString>(data, bytes, CString::Adopt, true, chars));
     } catch (...) {

@@ -1,0 +1,124 @@
+// Parsing, compact printing and pretty printing of the standard JSON corpora with the
+// framework, nlohmann-json and RapidJSON. Every iteration builds (or prints) and frees the
+// whole document; "allocs" counts the allocations of one iteration.
+#include "allocationCounter.h"
+#include "corpus.h"
+
+#include <zuno/CJsonParser.h>
+#include <zuno/CJsonPrinter.h>
+#include <zuno/String.h>
+
+#include <benchmark/benchmark.h>
+#include <nlohmann/json.hpp>
+#include <rapidjson/document.h>
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <string>
+
+using namespace zuno;
+
+namespace {
+
+const char* const Corpora[] = {"canada.json", "citm_catalog.json", "twitter.json"};
+
+std::string corpusPath(const std::string& name) { return "json-corpora/" + name; }
+
+// Runs `body` once per iteration and reports the allocations per iteration.
+template <class Body>
+void measure(benchmark::State& state, Body body) {
+    const uint64_t before = allocationCount();
+    for (auto _ : state) body();
+    state.counters["allocs"] =
+        benchmark::Counter(double(allocationCount() - before), benchmark::Counter::kAvgIterations);
+}
+
+// Parsing ---------------------------------------------------------------------------------
+
+void zunoParse(benchmark::State& state, std::string name) {
+    const String text = String::fromUTF8ToWide(corpusBytes(corpusPath(name)));
+    measure(state, [&] { benchmark::DoNotOptimize(CJsonParser::parse(text).get()); });
+}
+
+// The same from the file's UTF-8 bytes, decoding included, as the peers start.
+void zunoParseUTF8(benchmark::State& state, std::string name) {
+    const std::string& bytes = corpusBytes(corpusPath(name));
+    measure(state, [&] { benchmark::DoNotOptimize(CJsonParser::parse(String::fromUTF8ToWide(bytes)).get()); });
+}
+
+void nlohmannParse(benchmark::State& state, std::string name) {
+    const std::string& bytes = corpusBytes(corpusPath(name));
+    measure(state, [&] {
+        nlohmann::json document = nlohmann::json::parse(bytes);
+        benchmark::DoNotOptimize(document.size());
+    });
+}
+
+void rapidjsonParse(benchmark::State& state, std::string name) {
+    const std::string& bytes = corpusBytes(corpusPath(name));
+    measure(state, [&] {
+        rapidjson::Document document;
+        document.Parse(bytes.c_str());
+        benchmark::DoNotOptimize(document.HasParseError());
+    });
+}
+
+// Printing --------------------------------------------------------------------------------
+
+void zunoPrint(benchmark::State& state, std::string name, bool pretty) {
+    const P<IVariant> tree = CJsonParser::parse(String::fromUTF8ToWide(corpusBytes(corpusPath(name))));
+    measure(state, [&] {
+        const String text = CJsonPrinter(pretty).print(*tree);
+        benchmark::DoNotOptimize(text.length());
+    });
+}
+
+void nlohmannPrint(benchmark::State& state, std::string name, bool pretty) {
+    const nlohmann::json document = nlohmann::json::parse(corpusBytes(corpusPath(name)));
+    measure(state, [&] {
+        const std::string text = pretty ? document.dump(1, '\t') : document.dump();
+        benchmark::DoNotOptimize(text.size());
+    });
+}
+
+void rapidjsonPrint(benchmark::State& state, std::string name, bool pretty) {
+    rapidjson::Document document;
+    document.Parse(corpusBytes(corpusPath(name)).c_str());
+    measure(state, [&] {
+        rapidjson::StringBuffer buffer;
+        if (pretty) {
+            rapidjson::PrettyWriter<rapidjson::StringBuffer> writer(buffer);
+            writer.SetIndent('\t', 1);
+            document.Accept(writer);
+        } else {
+            rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+            document.Accept(writer);
+        }
+        benchmark::DoNotOptimize(buffer.GetSize());
+    });
+}
+
+// Names are json/<operation>/<corpus>/<library>; scripts/bench.sh relates each library to
+// nlohmann-json.
+const bool registered = [] {
+    for (const std::string corpus : Corpora) {
+        const std::string stem = corpus.substr(0, corpus.find('.'));
+        auto name = [&](const char* operation, const char* library) {
+            return "json/" + std::string(operation) + "/" + stem + "/" + library;
+        };
+        benchmark::RegisterBenchmark(name("parse", "zuno").c_str(), zunoParse, corpus);
+        benchmark::RegisterBenchmark(name("parse", "zuno-from-utf8").c_str(), zunoParseUTF8, corpus);
+        benchmark::RegisterBenchmark(name("parse", "nlohmann").c_str(), nlohmannParse, corpus);
+        benchmark::RegisterBenchmark(name("parse", "rapidjson").c_str(), rapidjsonParse, corpus);
+        for (const bool pretty : {false, true}) {
+            const char* operation = pretty ? "pretty" : "compact";
+            benchmark::RegisterBenchmark(name(operation, "zuno").c_str(), zunoPrint, corpus, pretty);
+            benchmark::RegisterBenchmark(name(operation, "nlohmann").c_str(), nlohmannPrint, corpus, pretty);
+            benchmark::RegisterBenchmark(name(operation, "rapidjson").c_str(), rapidjsonPrint, corpus, pretty);
+        }
+    }
+    return true;
+}();
+
+} // namespace

@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Builds the benchmarks (Linux, Release) and runs them; then prints each library's time
+# relative to its reference (nlohmann-json for JSON, snprintf for formatting).
+# Arguments are passed to the benchmark binary, e.g. --benchmark_filter=json/parse.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+cmake -S . -B build/bench -G Ninja -Wno-dev -DCMAKE_BUILD_TYPE=Release -DZUNO_BUILD_BENCHMARKS=ON >/dev/null
+cmake --build build/bench -j "$(nproc)" --target zuno_bench
+
+results=build/bench/results.json
+build/bench/bench/zuno_bench --benchmark_out="$results" --benchmark_out_format=json "$@"
+
+python3 - "$results" <<'PY'
+import json, sys
+runs = [b for b in json.load(open(sys.argv[1]))["benchmarks"] if b.get("run_type", "iteration") == "iteration"]
+times = {b["name"]: b["real_time"] for b in runs}
+allocs = {b["name"]: b.get("allocs", 0) for b in runs}
+print("\n%-40s %10s %10s" % ("benchmark", "ratio", "allocs"))
+for name in times:
+    group, _, subject = name.rpartition("/")
+    reference = group + ("/snprintf" if name.startswith("format/") else "/nlohmann")
+    if reference in times and reference != name:
+        print("%-40s %9.2fx %10.0f" % (name, times[name] / times[reference], allocs[name]))
+print("(ratio: time relative to %s; below 1 is faster)" % "nlohmann-json or snprintf")
+PY
