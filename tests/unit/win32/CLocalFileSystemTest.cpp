@@ -97,6 +97,15 @@ TEST(CLocalFileSystem, looksItsDeleteMessagesUpByKey) {
     EXPECT_TRUE(recycled.startsWith(String(L"Cannot recycle ") + missingURI->toString() + L": shell error ")) << recycled;
 }
 
+TEST(CLocalFileSystem, movesAReadOnlyFileToTheRecycleBin) {
+    TempFolder folder;
+    const std::wstring file = folder.createFile(L"old mail.xml");
+    ASSERT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY));
+
+    EXPECT_TRUE(CLocalFileSystem().deleteFile(uriOf(file), true));
+    EXPECT_FALSE(exists(file));
+}
+
 TEST(CLocalFileSystem, raisesAShellErrorWhenTheRecycleBinCannotTakeTheFile) {
     TempFolder folder;
     const P<IURI> uri = uriOf(folder.file(L"missing.txt"));
