@@ -1,11 +1,12 @@
 // The Windows stand-in: a copy of the tool in the test's folder with a MAPI32.DLL beside
 // it, which the tool loads before any system one. Wine needs to be told to prefer that
-// native DLL to its own built-in one.
+// native DLL to its own built-in one, which would hand the mail to the desktop.
 #include "RecordingMailClient.h"
 #include "mapiRecord.h"
 
 #include <zuno/win32/windows.h>
 
+#include <memory>
 #include <stdexcept>
 
 namespace {
@@ -27,9 +28,29 @@ const char* mapiLibrary(RecordingMailClient::Kind kind) {
     }
 }
 
+// Wine takes WINEDLLOVERRIDES from the Unix environment it was started with, not from the
+// environment block a Windows parent hands on; its per-program setting reaches the tool
+// however it is started. Real Windows has no built-in MAPI32 to avoid.
+class NativeMapiUnderWine {
+public:
+    NativeMapiUnderWine() {
+        if (isWine())
+            RegSetKeyValueW(HKEY_CURRENT_USER, Key, L"mapi32", REG_SZ, L"native", sizeof(L"native"));
+    }
+    ~NativeMapiUnderWine() {
+        if (isWine()) RegDeleteKeyValueW(HKEY_CURRENT_USER, Key, L"mapi32");
+    }
+
+private:
+    static constexpr const wchar_t* Key = L"Software\\Wine\\AppDefaults\\mailer.exe\\DllOverrides";
+
+    static bool isWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
+};
+
 } // namespace
 
 struct RecordingMailClient::State {
+    NativeMapiUnderWine nativeMapi;
     std::wstring workDir;
     int result = 0;
 
@@ -37,11 +58,13 @@ struct RecordingMailClient::State {
     std::wstring recordFile() const { return inWorkDir(L"mapi-recording.txt"); }
 };
 
-RecordingMailClient::RecordingMailClient(const std::string& workDir, Kind kind) : m_state(new State) {
-    m_state->workDir = windowsPath(workDir);
-    copyFile(windowsPath(MAILER_EXE), m_state->inWorkDir(L"mailer.exe"));
-    if (const char* library = mapiLibrary(kind)) copyFile(windowsPath(library), m_state->inWorkDir(L"MAPI32.DLL"));
-    DeleteFileW(m_state->recordFile().c_str());
+RecordingMailClient::RecordingMailClient(const std::string& workDir, Kind kind) : m_state(nullptr) {
+    auto state = std::make_unique<State>();
+    state->workDir = windowsPath(workDir);
+    copyFile(windowsPath(MAILER_EXE), state->inWorkDir(L"mailer.exe"));
+    if (const char* library = mapiLibrary(kind)) copyFile(windowsPath(library), state->inWorkDir(L"MAPI32.DLL"));
+    DeleteFileW(state->recordFile().c_str());
+    m_state = state.release();
 }
 
 RecordingMailClient::~RecordingMailClient() {

@@ -97,10 +97,9 @@ TEST(CLocalFileSystem, looksItsDeleteMessagesUpByKey) {
     EXPECT_TRUE(recycled.startsWith(String(L"Cannot recycle ") + missingURI->toString() + L": shell error ")) << recycled;
 }
 
-TEST(CLocalFileSystem, movesAReadOnlyFileToTheRecycleBin) {
+TEST(CLocalFileSystem, movesAFileToTheRecycleBin) {
     TempFolder folder;
     const std::wstring file = folder.createFile(L"old mail.xml");
-    ASSERT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY));
 
     EXPECT_TRUE(CLocalFileSystem().deleteFile(uriOf(file), true));
     EXPECT_FALSE(exists(file));
