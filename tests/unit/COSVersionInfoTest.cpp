@@ -98,43 +98,22 @@ TEST(COSVersionInfo, namesVersion6ByMinorVersionAndProductType) {
     });
 }
 
-TEST(COSVersionInfo, namesEveryEditionOfTheProductTable) {
-    const std::vector<std::pair<uint32_t, std::string>> editions = {
-        {1, "Ultimate Edition"}, {2, "Home Basic Edition"}, {3, "Home Premium Edition"},
-        {4, "Enterprise Edition"}, {10, "Enterprise Edition"}, {6, "Business Edition"},
-        {7, "Standard Edition"}, {8, "Datacenter Edition"}, {9, "Small Business Server"},
-        {11, "Starter Edition"}, {12, "Datacenter Edition (core installation)"},
-        {13, "Standard Edition (core installation)"}, {14, "Enterprise Edition (core installation)"},
-        {15, "Enterprise Edition for Itanium-based Systems"}, {17, "Web Server Edition"},
-        {18, "Cluster Server Edition"}, {25, "Small Business Server Premium Edition"},
-        {47, "Starter N Edition"}, {48, "Professional"}, {49, "Professional N Edition"},
-        {66, "Starter E Edition"}, {67, "Home Basic E Edition"}, {68, "Premium E Edition"},
-        {69, "Professional E Edition"}, {70, "Enterprise E Edition"}, {71, "Ultimate E Edition"},
+TEST(COSVersionInfo, looksEditionsAndReleasesUpByExactNumber) {
+    std::vector<Case> cases;
+    const std::pair<uint32_t, std::string> editions[] = {
+        {4, "Enterprise Edition"}, {10, "Enterprise Edition"}, {48, "Professional"},
+        {12, "Datacenter Edition (core installation)"}, {71, "Ultimate E Edition"},
         {0, ""}, {5, ""}, {16, ""}, {72, ""},
     };
-    std::vector<Case> cases;
     for (const auto& [edition, text] : editions)
         cases.push_back({6, 1, 7601, Workstation, X64, 0, edition, 0, L"", "Microsoft Windows 7 " + text + " (build 7601), 64-bit"});
-    expectNames(cases);
-}
-
-TEST(COSVersionInfo, namesEveryWindows10ReleaseByExactBuild) {
-    const std::vector<std::pair<uint32_t, std::string>> releases = {
-        {10240, ", 1507 Threshold 1 (07/2015)"},
+    const std::pair<uint32_t, std::string> releases[] = {
         {10586, ", 1511 Threshold 2 - November Update (11/2015)"},
-        {14393, ", 1607 Redstone 1 - Anniversary Update (08/2016)"},
         {15063, ", 1703 Redstone 2 - Creators Update (4/2017)"},
-        {16299, ", 1709 Redstone 3 - Fall Creators Update (10/2017)"},
         {17134, ", 1803 Redstone 4 - April 2018 Update"},
-        {17763, ", 1809 Redstone 5 - October 2018 Update"},
-        {18362, ", 1903 19H1 - May 2019 Update"},
-        {18363, ", 1909 19H2 - November 2019 Update"},
-        {19041, ", 2004 20H1 - May 2020 Update"},
-        {19042, ", 20H2 - October 2020 Update"},
         {19043, ", 21H1 - May 2021 Update"},
-        {10241, ""}, {19044, ""}, {19045, ""},
+        {10241, ""}, {19045, ""},
     };
-    std::vector<Case> cases;
     for (const auto& [build, suffix] : releases)
         cases.push_back({10, 0, build, Workstation, X64, 0, 48, 0, L"",
                          "Microsoft Windows 10 Professional (build " + std::to_string(build) + "), 64-bit" + suffix});

@@ -87,7 +87,8 @@ String CPathes::uriToPath(const P<IURI>& uri, bool asFolder) {
     if (!uri || !uri->isScheme(L"file")) throw CURITypeNotSupportedError(uri);
     const std::wstring host = CURI::unescape(uri->getHost()).toStdWString();
     const std::wstring path = uri->getDecodedPath().toStdWString();
-    // An escaped NUL would silently cut the path short in every system call.
+    // CURI keeps "%00" as text, but a NUL from any other URI would silently cut the path
+    // short in every system call and so name another file.
     if (host.find(L'\0') != std::wstring::npos || path.find(L'\0') != std::wstring::npos)
         throw CURIFormatError(uri->toString());
 
