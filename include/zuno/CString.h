@@ -91,7 +91,7 @@ template <Encoding E>
 class TEncodedString : public CString {
 public:
     TEncodedString(const void* data, int32_t byteLength, int32_t mode, bool terminated = true, int32_t charCount = -1)
-        : CString(data, byteLength, mode, terminated, getCharEncoding(E), charCount) {}
+        : CString(data, byteLength, mode, terminated, zuno::getCharEncoding(E), charCount) {}
     Encoding getEncoding() const override { return E; }
 };
 

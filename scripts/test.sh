@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds the three configurations (Linux, Linux with
+# AddressSanitizer and UndefinedBehaviorSanitizer, Windows cross-compiled with MinGW-w64)
+# and runs every test: natively, under the sanitizers and under Wine.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+tinyxml_dir=$(bash scripts/setup.sh | tail -n 1)
+jobs=$(nproc)
+failed=()
+
+build() {  # name, cmake options...
+    local name=$1; shift
+    echo "== build: $name"
+    cmake -S . -B "build/$name" -G Ninja -Wno-dev "$@" >/dev/null
+    cmake --build "build/$name" -j "$jobs"
+}
+
+run_tests() {  # name
+    echo "== test: $1"
+    ctest --test-dir "build/$1" --output-on-failure -j "$jobs" || failed+=("$1")
+}
+
+build linux -DCMAKE_BUILD_TYPE=RelWithDebInfo
+run_tests linux
+
+build sanitize -DCMAKE_BUILD_TYPE=Debug -DZUNO_SANITIZE=ON
+ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1 UBSAN_OPTIONS=print_stacktrace=1 run_tests sanitize
+
+build windows -DCMAKE_BUILD_TYPE=Release -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake \
+    -DZUNO_TINYXML_SOURCE_DIR="$tinyxml_dir"
+# One wineserver for the whole run: a cold Wine start costs seconds, a warm one little.
+export WINEPREFIX="$PWD/build/windows/wineprefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+trap '/usr/lib/wine/wineserver -k 2>/dev/null || true' EXIT
+/usr/lib/wine/wine64 wineboot --init >/dev/null 2>&1 || true
+/usr/lib/wine/wineserver -p
+run_tests windows
+/usr/lib/wine/wineserver -k 2>/dev/null || true
+
+if [ ${#failed[@]} -gt 0 ]; then
+    echo "FAILED: ${failed[*]}"
+    exit 1
+fi
+echo "All tests passed: Linux, sanitizers, Windows under Wine."

@@ -1,0 +1,47 @@
+#include "CMailer.h"
+#include "CMailerFileReader.h"
+#include "mailerPlatform.h"
+
+#include <zuno/IMailFactory.h>
+#include <zuno/IPathes.h>
+#include <zuno/ISystem.h>
+
+namespace mailer {
+
+using namespace zuno;
+
+int32_t CMailer::run(const std::vector<String>& arguments) {
+    if (arguments.size() != 1) return WrongArgumentCount;
+    const String& path = arguments.front();
+
+    std::FILE* file = openForReading(path);
+    if (!file) return CannotOpenFile;
+    CMailerFileReader reader;
+    reader.load(file);
+    std::fclose(file);
+    if (!reader.isMailerFile()) return NotAMailerFile;
+
+    int32_t result;
+    try {
+        P<IMail> mail = getMailFactory()->createMail();
+        reader.fillMail(*mail);
+        result = mail->send();
+    } catch (...) {
+        // A file whose content cannot become a mail (an attachment that is no local file
+        // URI, say) is refused like any other bad mailer file: it stays for the caller.
+        return NotAMailerFile;
+    }
+    removeMailerFile(path);
+    return result;
+}
+
+void CMailer::removeMailerFile(const String& path) {
+    try {
+        P<IURI> uri = getPathes()->pathToURI(path);
+        getSystem()->deleteFile(uri);
+    } catch (...) {
+        // A file that cannot be deleted does not change the outcome of the hand-off.
+    }
+}
+
+} // namespace mailer

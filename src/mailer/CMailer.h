@@ -1,0 +1,25 @@
+#pragma once
+
+#include <zuno/String.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace mailer {
+
+// The mailer command: reads the mailer file named by its one argument, hands the mail to
+// the user's mail client, deletes the file and answers the exit code.
+class CMailer {
+public:
+    static constexpr int32_t WrongArgumentCount = -1;
+    static constexpr int32_t CannotOpenFile = -2;
+    static constexpr int32_t NotAMailerFile = -3;
+
+    static int32_t run(const std::vector<zuno::String>& arguments);
+
+private:
+    // Removes the mailer file; whatever goes wrong is ignored, the exit code stays.
+    static void removeMailerFile(const zuno::String& path);
+};
+
+} // namespace mailer

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <zuno/IMail.h>
+
+#include <tinyxml.h>
+
+#include <cstdio>
+
+namespace mailer {
+
+// Reads a mailer file: XML whose root element is "mailerfile", holding "subject", "note",
+// "torecipients", "ccrecipients", "bccrecipients" and "attachments".
+class CMailerFileReader {
+public:
+    // Deeper nesting than any mailer file needs; deeper documents are refused unread, as
+    // the XML parser recurses once per level and would exhaust the stack.
+    static constexpr size_t MaxNestingDepth = 1000;
+
+    // Loads the document from the open file (UTF-8). Whether the XML is well-formed is not
+    // judged here: only the root element decides whether the file is usable.
+    void load(std::FILE* file);
+    // True when the document's first element is named "mailerfile" (case-sensitive).
+    bool isMailerFile() const;
+    // Copies subject, note, recipients and attachments into the mail, in document order.
+    void fillMail(zuno::IMail& mail) const;
+
+private:
+    template <class Add>
+    void forEachEntry(const char* container, const char* entry, Add add) const;
+    static zuno::String textOf(const TiXmlElement& element);
+
+    TiXmlDocument m_document;
+    bool m_tooDeep = false;
+};
+
+} // namespace mailer

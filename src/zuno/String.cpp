@@ -1,0 +1,114 @@
+#include <zuno/CGlobalObjFactory.h>
+#include <zuno/CObjectError.h>
+#include <zuno/CString.h>
+#include <zuno/String.h>
+
+#include <ostream>
+
+namespace zuno {
+
+namespace {
+
+template <class S>
+P<IString> createNullString() {
+    return make<TNullString<S>>();
+}
+
+template <class S>
+const P<IString>& pinnedNullString() {
+    static const CGlobalObjFactory::ServiceKey key;
+    static const P<IString> text = P<IString>::share(CGlobalObjFactory::pinned<IString>(key, &createNullString<S>));
+    return text;
+}
+
+} // namespace
+
+String String::null(Encoding encoding) {
+    switch (encoding) {
+    case Encoding::Wide: return String(pinnedNullString<CWCharString>());
+    case Encoding::CodePage: return String(pinnedNullString<CCPString>());
+    case Encoding::UTF8: return String(pinnedNullString<CUTF8String>());
+    case Encoding::UTF16: return String(pinnedNullString<CUTF16String>());
+    case Encoding::UTF32: return String(pinnedNullString<CUTF32String>());
+    case Encoding::Latin1: break;
+    }
+    return String(pinnedNullString<CLatin1String>());
+}
+
+String String::empty() {
+    return String(L"");
+}
+
+String::String() : m_text(pinnedNullString<CWCharString>()) {}
+
+String::String(const char* text) {
+    if (text) m_text = make<CCPString>(text, -1, CString::Borrow);
+    else *this = null(Encoding::CodePage);
+}
+
+String::String(const char* text, int32_t length) {
+    if (text) m_text = make<CCPString>(text, length, CString::Copy);
+    else *this = null(Encoding::CodePage);
+}
+
+String::String(const wchar_t* text) {
+    if (text) m_text = make<CWCharString>(text, -1, CString::Borrow);
+    else *this = String();
+}
+
+String::String(const wchar_t* text, int32_t count) {
+    if (text) m_text = make<CWCharString>(text, count < 0 ? -1 : count * int32_t(sizeof(wchar_t)), CString::Copy);
+    else *this = String();
+}
+
+String::String(P<IString> text) : m_text(std::move(text)) {
+    if (!m_text) *this = String();
+}
+
+String String::fromUTF8(const char* text, int32_t length) {
+    if (!text) return null(Encoding::UTF8);
+    return String(make<CUTF8String>(text, length, CString::Copy));
+}
+
+String String::fromUTF8(const std::string& text) {
+    return fromUTF8(text.data(), int32_t(text.size()));
+}
+
+String String::fromUTF8ToWide(const char* text, int32_t length) {
+    return fromUTF8(text, length).toWide();
+}
+
+String String::fromChars(const std::u32string& chars, Encoding encoding) {
+    std::string bytes;
+    getCharEncoding(encoding).encode(chars.data(), chars.size(), bytes);
+    return String(createString(encoding, bytes.data(), int32_t(bytes.size())));
+}
+
+const char* String::c_str() const {
+    const Encoding encoding = getEncoding();
+    if (encoding != Encoding::CodePage && encoding != Encoding::UTF8 && encoding != Encoding::Latin1)
+        throw CInvalidObjectStateError(m_text.get(), nullptr, L"the text is not held in an 8-bit encoding");
+    return static_cast<const char*>(m_text->getData());
+}
+
+const wchar_t* String::wc_str() const {
+    if (getEncoding() != Encoding::Wide)
+        throw CInvalidObjectStateError(m_text.get(), nullptr, L"the text is not held in wide characters");
+    return static_cast<const wchar_t*>(m_text->getData());
+}
+
+std::string String::toStdString() const {
+    const String utf8 = toUTF8();
+    return std::string(utf8.c_str(), size_t(utf8->getByteLength()));
+}
+
+std::wstring String::toStdWString() const {
+    const String wide = toWide();
+    return std::wstring(wide.wc_str(), size_t(wide->getByteLength()) / sizeof(wchar_t));
+}
+
+std::ostream& operator<<(std::ostream& out, const String& text) {
+    return out << (text.isNull() ? std::string("<null>") : '"' + text.toStdString() + '"');
+}
+
+} // namespace zuno
