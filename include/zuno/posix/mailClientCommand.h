@@ -10,10 +10,6 @@
 // process: the vectors are passed to the program as they are, never through a shell.
 namespace zuno::posix {
 
-// `text` with every byte percent-encoded ("%" and two upper-case hex digits) except ASCII
-// letters, digits, "-._~" and the characters listed in `keep`.
-std::string percentEncode(const std::string& text, const char* keep = "");
-
 // The file URI of an absolute path; everything but unreserved characters and "/" is
 // percent-encoded, so the URI holds no blank, quote or comma.
 std::string fileURI(const std::string& absolutePath);
@@ -25,7 +21,7 @@ bool isThunderbirdFamily(const std::string& program);
 // The arguments after the program name for a Thunderbird-family client: "-compose" and one
 // list "to=...,cc=...,bcc=...,subject=...,body=...,attachment='URI,URI'". Every value is
 // percent-encoded, so no character of the mail can end a value or start another field;
-// recipients are joined by ", " first. Empty fields, and empty recipients, are left out.
+// recipients are joined by ", " first. Empty fields are left out.
 std::vector<std::string> thunderbirdArguments(const MailDraft& draft);
 
 // The arguments after the program name for xdg-email: "--utf8", then "--subject",

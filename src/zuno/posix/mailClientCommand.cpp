@@ -1,6 +1,5 @@
 #include <zuno/posix/mailClientCommand.h>
-
-#include <cstring>
+#include <zuno/posix/percentEncoding.h>
 
 namespace zuno::posix {
 
@@ -9,18 +8,9 @@ namespace {
 // The separator Thunderbird's address parser expects between recipients.
 const char* const RecipientSeparator = ", ";
 
-bool isUnreserved(unsigned char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '.' ||
-           c == '_' || c == '~';
-}
-
-std::string joinNonEmpty(const std::vector<std::string>& texts, const char* separator) {
+std::string join(const std::vector<std::string>& texts, const char* separator) {
     std::string joined;
-    for (const std::string& text : texts) {
-        if (text.empty()) continue;
-        if (!joined.empty()) joined += separator;
-        joined += text;
-    }
+    for (size_t i = 0; i < texts.size(); ++i) joined += (i ? separator : "") + texts[i];
     return joined;
 }
 
@@ -53,22 +43,6 @@ void addOptions(std::vector<std::string>& arguments, const char* option, const s
 
 } // namespace
 
-std::string percentEncode(const std::string& text, const char* keep) {
-    static const char hexDigits[] = "0123456789ABCDEF";
-    std::string encoded;
-    encoded.reserve(text.size());
-    for (const unsigned char c : text) {
-        if (isUnreserved(c) || (c != 0 && std::strchr(keep, c))) {
-            encoded += char(c);
-        } else {
-            encoded += '%';
-            encoded += hexDigits[c >> 4];
-            encoded += hexDigits[c & 0x0F];
-        }
-    }
-    return encoded;
-}
-
 std::string fileURI(const std::string& absolutePath) {
     return "file://" + percentEncode(absolutePath, "/");
 }
@@ -80,9 +54,9 @@ bool isThunderbirdFamily(const std::string& program) {
 
 std::vector<std::string> thunderbirdArguments(const MailDraft& draft) {
     std::string fields;
-    addField(fields, "to", percentEncode(joinNonEmpty(draft.to, RecipientSeparator)));
-    addField(fields, "cc", percentEncode(joinNonEmpty(draft.cc, RecipientSeparator)));
-    addField(fields, "bcc", percentEncode(joinNonEmpty(draft.bcc, RecipientSeparator)));
+    addField(fields, "to", percentEncode(join(draft.to, RecipientSeparator)));
+    addField(fields, "cc", percentEncode(join(draft.cc, RecipientSeparator)));
+    addField(fields, "bcc", percentEncode(join(draft.bcc, RecipientSeparator)));
     addField(fields, "subject", percentEncode(draft.subject));
     addField(fields, "body", percentEncode(draft.note));
     addField(fields, "attachment", attachmentList(draft.attachments));
