@@ -19,7 +19,10 @@ const mode_t PrivateFolderMode = 0700;
 int makeFolders(const std::string& path) {
     for (size_t slash = path.find('/', 1);; slash = path.find('/', slash + 1)) {
         const std::string folder = path.substr(0, slash);
+        struct stat info;
         if (mkdir(folder.c_str(), PrivateFolderMode) != 0 && errno != EEXIST) return errno;
+        if (stat(folder.c_str(), &info) != 0) return errno;
+        if (!S_ISDIR(info.st_mode)) return ENOTDIR;
         if (slash == std::string::npos) return 0;
     }
 }
@@ -101,12 +104,12 @@ std::string reserveTrashName(const std::string& trash, const std::string& path, 
             return "";
         }
         struct stat taken;
-        const bool free = lstat((trash + "/files/" + candidate).c_str(), &taken) != 0 && errno == ENOENT;
-        error = free ? writeAll(fd, info) : 0;
+        const int lookup = lstat((trash + "/files/" + candidate).c_str(), &taken) == 0 ? EEXIST : errno;
+        error = lookup == ENOENT ? writeAll(fd, info) : lookup;
         close(fd);
-        if (free && !error) return candidate;
+        if (error == 0) return candidate;
         unlink(infoPath.c_str());
-        if (error) return "";
+        if (error != EEXIST) return "";
     }
 }
 
@@ -116,7 +119,9 @@ std::string homeTrashFolder() {
     return xdgDataHome() + "/Trash";
 }
 
-int moveToTrash(const std::string& path) {
+int moveToTrash(const std::string& givenPath) {
+    const size_t end = givenPath.find_last_not_of('/');
+    const std::string path = end == std::string::npos ? givenPath : givenPath.substr(0, end + 1);
     struct stat info;
     if (lstat(path.c_str(), &info) != 0) return errno;
     const std::string trash = homeTrashFolder();
