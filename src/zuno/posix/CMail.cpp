@@ -108,8 +108,13 @@ bool CMail::isMailClientRegistered() {
 }
 
 int32_t CMail::send() {
-    const posix::MailDraft draft{m_subject.toStdString(),  m_note.toStdString(),    toUTF8(m_toRecipients),
-                                 toUTF8(m_ccRecipients),   toUTF8(m_bccRecipients), absolutePaths(m_attachments)};
+    posix::MailDraft draft;
+    draft.subject = m_subject.toStdString();
+    draft.note = m_note.toStdString();
+    draft.to = toUTF8(m_toRecipients);
+    draft.cc = toUTF8(m_ccRecipients);
+    draft.bcc = toUTF8(m_bccRecipients);
+    draft.attachments = absolutePaths(m_attachments);
     if (const int32_t problem = attachmentProblem(draft.attachments)) return problem;
     return handOff(draft);
 }
