@@ -27,8 +27,11 @@ public:
     P<CException> clone() const;
 
 protected:
+    // Both apply the same fallbacks as the constructor.
     void setMessage(const String& message);
     void setName(const String& name);
+    // `text`, or `fallback` when `text` is empty or null.
+    static String orDefault(const String& text, const wchar_t* fallback);
 
 private:
     String m_name;
