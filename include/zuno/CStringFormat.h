@@ -72,13 +72,12 @@ private:
     void checkNoPendingWidth(const char* method) const;
     [[noreturn]] void fail(const char* method, const wchar_t* message) const;
 
-    String m_format;                  // null for a borrowed literal until a message needs it
+    P<IString> m_format;              // the format as wide text; null for a borrowed literal
     const wchar_t* m_text = nullptr;  // the format's wide characters
     size_t m_length = 0;
     size_t m_position = 0;
     CWideTextBuffer m_result;
-    String m_finished;
-    bool m_isFinished = false;
+    P<IString> m_finished;  // the result, once taken
 
     FieldKind m_kind = FieldKind::None;
     wchar_t m_conversion = 0;

@@ -22,6 +22,20 @@ const wchar_t* const ArgumentMismatch = L"argument does not match the field's fo
 
 constexpr int32_t MaxInt32 = std::numeric_limits<int32_t>::max();
 
+const char UpperDigits[] = "0123456789ABCDEF";
+const char LowerDigits[] = "0123456789abcdef";
+
+// Writes the digits of `value` in front of `end`, none for zero; returns the first.
+// The base is a constant, so that the divisions become multiplications and shifts.
+template <unsigned Base>
+char* writeDigits(char* end, uint64_t value, const char* digitChars) {
+    while (value != 0) {
+        *--end = digitChars[value % Base];
+        value /= Base;
+    }
+    return end;
+}
+
 // A pushed width or precision: negative values give 0, large ones the largest int32.
 int32_t toFieldSize(int64_t value, bool isSigned) {
     if (isSigned && value < 0) return 0;
@@ -37,29 +51,35 @@ char32_t toCharacter(int64_t value, bool isSigned) {
 // Appends at most `limit` characters (all when negative) of wide text as UTF-8; returns
 // how many were appended. Invalid code units become U+FFFD, as the text objects read them.
 int32_t appendAsUTF8(std::string& out, const wchar_t* text, size_t count, int32_t limit) {
+    size_t room = 0;  // at most four bytes per character, one for ASCII
+    for (size_t i = 0; i < count; ++i) room += text[i] < 0x80 ? 1 : 4;
+    const size_t start = out.size();
+    out.resize(start + room);
+    char* bytes = &out[start];
     int32_t chars = 0;
     for (size_t i = 0; i < count && (limit < 0 || chars < limit); ++i, ++chars) {
         char32_t c = char32_t(text[i]);
+        if (c < 0x80) {
+            *bytes++ = char(c);
+            continue;
+        }
         if (sizeof(wchar_t) == 2 && (c & 0xFC00) == 0xD800 && i + 1 < count && (char32_t(text[i + 1]) & 0xFC00) == 0xDC00) {
             c = 0x10000 + ((c - 0xD800) << 10) + (char32_t(text[++i]) - 0xDC00);
         }
         if ((c & 0xFFFFF800) == 0xD800 || c > 0x10FFFF) c = 0xFFFD;
-        if (c < 0x80) {
-            out.push_back(char(c));
-        } else if (c < 0x800) {
-            out.push_back(char(0xC0 | (c >> 6)));
-            out.push_back(char(0x80 | (c & 0x3F)));
+        if (c < 0x800) {
+            *bytes++ = char(0xC0 | (c >> 6));
         } else if (c < 0x10000) {
-            out.push_back(char(0xE0 | (c >> 12)));
-            out.push_back(char(0x80 | ((c >> 6) & 0x3F)));
-            out.push_back(char(0x80 | (c & 0x3F)));
+            *bytes++ = char(0xE0 | (c >> 12));
+            *bytes++ = char(0x80 | ((c >> 6) & 0x3F));
         } else {
-            out.push_back(char(0xF0 | (c >> 18)));
-            out.push_back(char(0x80 | ((c >> 12) & 0x3F)));
-            out.push_back(char(0x80 | ((c >> 6) & 0x3F)));
-            out.push_back(char(0x80 | (c & 0x3F)));
+            *bytes++ = char(0xF0 | (c >> 18));
+            *bytes++ = char(0x80 | ((c >> 12) & 0x3F));
+            *bytes++ = char(0x80 | ((c >> 6) & 0x3F));
         }
+        *bytes++ = char(0x80 | (c & 0x3F));
     }
+    out.resize(size_t(bytes - out.data()));
     return chars;
 }
 
@@ -69,9 +89,11 @@ char* writeDecimal(char* out, int32_t value) {
 
 } // namespace
 
-CStringFormat::CStringFormat(const String& format) : m_format(format.isNull() ? String::empty() : format.toWide()) {
-    m_text = m_format.wc_str();
-    m_length = size_t(m_format->getByteLength()) / sizeof(wchar_t);
+CStringFormat::CStringFormat(const String& format) {
+    const String wide = format.isNull() ? String::empty() : format.toWide();
+    m_format = wide.object();
+    m_text = wide.wc_str();
+    m_length = size_t(wide->getByteLength()) / sizeof(wchar_t);
     goToNextFormatField();
 }
 
@@ -121,11 +143,8 @@ String CStringFormat::getResult() {
         throw CInvalidObjectStateError(this, nullptr,
                                        String(L"CStringFormat: not all parameters have been pushed in yet"));
     }
-    if (!m_isFinished) {
-        m_finished = m_result.detachString();
-        m_isFinished = true;
-    }
-    return m_finished;
+    if (!m_finished) m_finished = m_result.detachString().object();
+    return String(m_finished);
 }
 
 void CStringFormat::goToNextFormatField() {
@@ -252,19 +271,27 @@ void CStringFormat::pushInteger(int64_t value, bool isSigned, const char* method
 }
 
 void CStringFormat::formatInteger(int64_t value, bool isSigned) {
-    const unsigned base = m_conversion == L'o' ? 8 : (m_conversion == L'x' || m_conversion == L'X') ? 16 : 10;
-    const char* digitChars = m_conversion == L'x' ? "0123456789abcdef" : "0123456789ABCDEF";
-    const bool signedDecimal = isSigned && base == 10;
+    const bool decimal = m_conversion != L'o' && m_conversion != L'x' && m_conversion != L'X';
+    const bool signedDecimal = isSigned && decimal;
     const bool negative = signedDecimal && value < 0;
     const uint64_t magnitude = negative ? 0 - uint64_t(value) : uint64_t(value);
 
-    size_t digitCount = 0;
-    for (uint64_t rest = magnitude; rest != 0; rest /= base) ++digitCount;
+    // The digits of the magnitude, right-aligned in `digits`; none for zero.
+    char digits[24];
+    char* const digitsEnd = digits + sizeof digits;
+    const char* firstDigit = digitsEnd;
+    switch (m_conversion) {
+    case L'o': firstDigit = writeDigits<8>(digitsEnd, magnitude, UpperDigits); break;
+    case L'x': firstDigit = writeDigits<16>(digitsEnd, magnitude, LowerDigits); break;
+    case L'X': firstDigit = writeDigits<16>(digitsEnd, magnitude, UpperDigits); break;
+    default: firstDigit = writeDigits<10>(digitsEnd, magnitude, UpperDigits); break;
+    }
+    const size_t digitCount = size_t(digitsEnd - firstDigit);
     size_t minimum = m_precision < 0 ? std::max<size_t>(digitCount, 1) : std::max<size_t>(digitCount, size_t(m_precision));
 
     const char* prefix = "";
-    if (m_alternate && base == 16) prefix = m_conversion == L'X' ? "0X" : "0x";
-    if (m_alternate && base == 8) prefix = "0";
+    if (m_alternate && (m_conversion == L'x' || m_conversion == L'X')) prefix = m_conversion == L'X' ? "0X" : "0x";
+    if (m_alternate && m_conversion == L'o') prefix = "0";
     const size_t prefixLength = std::char_traits<char>::length(prefix);
     minimum += prefixLength;
 
@@ -283,17 +310,12 @@ void CStringFormat::formatInteger(int64_t value, bool isSigned) {
     }
 
     reserveScratch(std::max(width, minimum) + 2);
-    char* out = m_scratch;
-    out = std::fill_n(out, leading, ' ');
+    char* out = std::fill_n(m_scratch, leading, ' ');
     if (sign) *out++ = sign;
     out = std::copy(prefix, prefix + prefixLength, out);
-    char* digitsEnd = out + (minimum - prefixLength);
-    uint64_t rest = magnitude;
-    for (char* digit = digitsEnd; digit != out;) {
-        *--digit = digitChars[rest % base];
-        rest /= base;
-    }
-    out = std::fill_n(digitsEnd, trailing, ' ');
+    out = std::fill_n(out, minimum - prefixLength - digitCount, '0');
+    out = std::copy(firstDigit, static_cast<const char*>(digitsEnd), out);
+    out = std::fill_n(out, trailing, ' ');
     m_result.appendBytes(m_scratch, size_t(out - m_scratch));
 }
 
@@ -313,10 +335,15 @@ void CStringFormat::formatCharacter(int value, const char* method) {
 
 void CStringFormat::formatText(const String& text, const char* method) {
     m_kind = FieldKind::Text;
-    const String wide = text.isNull() ? String::empty() : text.toWide();
+    // Wide text is read in place; other encodings are converted first.
+    if (text.getEncoding() != Encoding::Wide) {
+        formatText(text.toWide(), method);
+        return;
+    }
+    const IString& wide = *text.object();
     m_textBytes.clear();
-    const int32_t chars = appendAsUTF8(m_textBytes, wide.wc_str(), size_t(wide->getByteLength()) / sizeof(wchar_t),
-                                       m_precision);
+    const int32_t chars = appendAsUTF8(m_textBytes, static_cast<const wchar_t*>(wide.getData()),
+                                       size_t(wide.getByteLength()) / sizeof(wchar_t), m_precision);
 
     // The C library counts the width in bytes; widen it by the bytes beyond one per character.
     const int32_t savedWidth = m_width;
@@ -375,7 +402,7 @@ void CStringFormat::checkNoPendingWidth(const char* method) const {
 }
 
 void CStringFormat::fail(const char* method, const wchar_t* message) const {
-    const String format = m_format.isNull() ? String(m_text) : m_format;
+    const String format = m_format ? String(m_format) : String(m_text);
     throw CInvalidArgError(this, nullptr, String(method), String(message) + format + String(L"'"));
 }
 

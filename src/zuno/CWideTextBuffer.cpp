@@ -81,12 +81,15 @@ void CWideTextBuffer::appendUTF8(const char* text, size_t count) {
     const auto* bytes = reinterpret_cast<const unsigned char*>(text);
     size_t i = 0;
     while (i < count) {
-        const unsigned char lead = bytes[i];
-        if (lead < 0x80) {
-            append(wchar_t(lead));
-            ++i;
+        // A run of ASCII in one go.
+        size_t ascii = i;
+        while (ascii < count && bytes[ascii] < 0x80) ++ascii;
+        if (ascii > i) {
+            appendBytes(text + i, ascii - i);
+            i = ascii;
             continue;
         }
+        const unsigned char lead = bytes[i];
         size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 0;
         char32_t c = length == 4 ? lead & 0x07 : length == 3 ? lead & 0x0F : lead & 0x1F;
         bool valid = length != 0 && lead < 0xF5 && i + length <= count;
