@@ -9,6 +9,7 @@
 #include <zuno/CVariantString.h>
 #include <zuno/CVariantUInt64.h>
 
+#include "printfG.h"
 #include "variantCast.h"
 
 #include <charconv>
@@ -131,11 +132,8 @@ void CJsonPrinter::printString(const String& text) {
 }
 
 void CJsonPrinter::printDouble(double value) {
-    // printf's "%g" (six significant digits), independent of the locale and the platform's
-    // C library.
     char text[32];
-    const std::to_chars_result result = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6);
-    m_out.appendBytes(text, size_t(result.ptr - text));
+    m_out.appendBytes(text, printfG(value, text));
 }
 
 template <class T>

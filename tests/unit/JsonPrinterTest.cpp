@@ -16,9 +16,11 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 #include <random>
 #include <string>
+#include <vector>
 
 using namespace zuno;
 
@@ -78,15 +80,28 @@ TEST(JsonPrinter, DoublesPrintAsPercentG) {
                               make<CVariantDouble>(123456789.0), make<CVariantDouble>(100)})),
               "[1e+08,0.1,-2.5e-07,1.23457e+08,100]");
 
-    // The same text as the C library's "%g", for values of every magnitude.
+    // The same text as the C library's "%g" for every kind of value: random bit patterns,
+    // short decimals, decimal ties and the edges of the fixed and exponent forms.
+    std::vector<double> values = {0.0, -0.0, 5e-324, -2.2250738585072014e-308, 1.7976931348623157e308, 1e-300,
+                                  1e300, 0.0001, 0.00009999995, 0.000099999949, 999999.5, 999999.4999, 9999995,
+                                  1000005, 0.1234565, 1234565, 2.5, 0.5, 100000, 999999, 1e-5, 123456789012.0};
     std::mt19937_64 random(7);
-    std::uniform_real_distribution<double> mantissa(-10.0, 10.0);
-    std::uniform_int_distribution<int> exponent(-320, 308);
-    for (int i = 0; i < 20000; ++i) {
-        const double value = i % 4 == 0 ? std::round(mantissa(random) * 1e5) / 1e4 : mantissa(random) * std::pow(10.0, exponent(random));
-        char expected[32];
+    for (int i = 0; i < 100000; ++i) {
+        const uint64_t bits = random();
+        double value;
+        std::memcpy(&value, &bits, sizeof value);
+        if (std::isfinite(value)) values.push_back(value);
+    }
+    std::uniform_int_distribution<int> digits(0, 9999999);
+    std::uniform_int_distribution<int> power(-30, 30);
+    for (int i = 0; i < 100000; ++i) {
+        const int mantissa = i % 2 ? digits(random) : digits(random) / 10 * 10 + 5;  // half of them decimal ties
+        values.push_back(mantissa * std::pow(10.0, power(random)));
+    }
+    for (const double value : values) {
+        char expected[40];
         std::snprintf(expected, sizeof expected, "[%g]", value);
-        ASSERT_EQ(print(*arrayOf({make<CVariantDouble>(value)})), expected) << value;
+        ASSERT_EQ(print(*arrayOf({make<CVariantDouble>(value)})), expected) << std::hexfloat << value;
     }
 }
 
