@@ -13,14 +13,21 @@ build/bench/bench/zuno_bench --benchmark_out="$results" --benchmark_out_format=j
 
 python3 - "$results" <<'PY'
 import json, sys
-runs = [b for b in json.load(open(sys.argv[1]))["benchmarks"] if b.get("run_type", "iteration") == "iteration"]
-times = {b["name"]: b["real_time"] for b in runs}
-allocs = {b["name"]: b.get("allocs", 0) for b in runs}
+times, allocs = {}, {}
+for b in json.load(open(sys.argv[1]))["benchmarks"]:
+    # One figure per benchmark: the median when repetitions were asked for.
+    if b.get("run_type") == "aggregate" and b.get("aggregate_name") != "median":
+        continue
+    name = b.get("run_name", b["name"])
+    if name in times and b.get("run_type") != "aggregate":
+        continue
+    times[name] = b["real_time"]
+    allocs[name] = b.get("allocs", 0)
 print("\n%-40s %10s %10s" % ("benchmark", "ratio", "allocs"))
 for name in times:
-    group, _, subject = name.rpartition("/")
+    group = name.rpartition("/")[0]
     reference = group + ("/snprintf" if name.startswith("format/") else "/nlohmann")
     if reference in times and reference != name:
         print("%-40s %9.2fx %10.0f" % (name, times[name] / times[reference], allocs[name]))
-print("(ratio: time relative to %s; below 1 is faster)" % "nlohmann-json or snprintf")
+print("(ratio: time relative to nlohmann-json for JSON, to snprintf for formatting; below 1 is faster)")
 PY

@@ -39,7 +39,7 @@ public:
     // The value of `key`, or null.
     P<IVariant> get(const String& key) const;
 
-    void set(const String& key, P<IVariant> value);
+    void set(String key, P<IVariant> value);
     // False when the key was not there.
     bool remove(const String& key);
     void clear();

@@ -3,11 +3,13 @@
 #include <zuno/CVariant.h>
 #include <zuno/String.h>
 
+#include <utility>
+
 namespace zuno {
 
 class CVariantString final : public CVariant<String> {
 public:
-    explicit CVariantString(const String& value) : CVariant(value) {}
+    explicit CVariantString(String value) : CVariant(std::move(value)) {}
     Kind getKind() const override { return Kind::String; }
 };
 

@@ -108,7 +108,7 @@ P<IVariant> CJsonParser::parseObject(int32_t depth) {
     expectChar(u'}');
     P<CVariantMap> map = make<CVariantMap>();
     map->reserve(int32_t(m_entries.size() - first));
-    for (size_t i = first; i < m_entries.size(); ++i) map->set(m_entries[i].key, std::move(m_entries[i].value));
+    for (size_t i = first; i < m_entries.size(); ++i) map->set(std::move(m_entries[i].key), std::move(m_entries[i].value));
     m_entries.resize(first);
     return map;
 }

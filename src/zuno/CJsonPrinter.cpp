@@ -100,10 +100,14 @@ void CJsonPrinter::closeContainer() {
 }
 
 void CJsonPrinter::printString(const String& text) {
-    // Wide text is read in place; other encodings are converted once.
-    const String wide = text.getEncoding() == Encoding::Wide ? text : text.toWide();
-    const wchar_t* chars = static_cast<const wchar_t*>(wide->getData());
-    const size_t count = size_t(wide->getByteLength()) / sizeof(wchar_t);
+    // Wide text is read in place; other encodings are converted first.
+    const IString& object = *text.object();
+    if (object.getEncoding() != Encoding::Wide) {
+        printString(text.toWide());
+        return;
+    }
+    const wchar_t* chars = static_cast<const wchar_t*>(object.getData());
+    const size_t count = size_t(object.getByteLength()) / sizeof(wchar_t);
 
     m_out.append(L'"');
     size_t runStart = 0;

@@ -29,9 +29,14 @@ CStringInStream::CStringInStream(const String& text) : m_text(text) {
     }
     if (encoding == Encoding::Wide) {
         const wchar_t* chars = static_cast<const wchar_t*>(text->getData());
-        const int32_t count = text->getByteLength() / int32_t(sizeof(wchar_t));
-        m_converted.reserve(size_t(count));
-        for (int32_t i = 0; i < count; ++i) appendUnits(m_converted, char32_t(chars[i]));
+        const size_t count = size_t(text->getByteLength()) / sizeof(wchar_t);
+        // One unit per character until the first one beyond the basic plane.
+        m_converted.resize(count);
+        char16_t* units = &m_converted[0];
+        size_t i = 0;
+        for (; i < count && char32_t(chars[i]) < 0x10000; ++i) units[i] = char16_t(chars[i]);
+        m_converted.resize(i);
+        for (; i < count; ++i) appendUnits(m_converted, char32_t(chars[i]));
     } else {
         for (char32_t c : text.getChars()) appendUnits(m_converted, c);
     }

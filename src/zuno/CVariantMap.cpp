@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <string>
+#include <utility>
 
 namespace zuno {
 
@@ -25,8 +26,9 @@ size_t hashWideText(const String& text) {
     return size_t(hash ^ (hash >> 29));
 }
 
-String wideKey(const String& key, const CVariantMap* map, const char* method) {
+String wideKey(String key, const CVariantMap* map, const char* method) {
     if (key.isNull()) throw CInvalidArgError(map, nullptr, String(method), String(L"null key"));
+    if (key.getEncoding() == Encoding::Wide) return key;
     return key.toWide();
 }
 
@@ -58,9 +60,9 @@ P<IVariant> CVariantMap::get(const String& key) const {
     return index < 0 ? nullptr : m_entries[size_t(index)].value;
 }
 
-void CVariantMap::set(const String& key, P<IVariant> value) {
+void CVariantMap::set(String key, P<IVariant> value) {
     if (!value) throw CInvalidArgError(this, nullptr, String("CVariantMap::set"), String(L"null value"));
-    String wide = wideKey(key, this, "CVariantMap::set");
+    String wide = wideKey(std::move(key), this, "CVariantMap::set");
     const size_t hash = m_slots.empty() ? 0 : hashWideText(wide);
     const int32_t index = find(wide, hash);
     if (index >= 0) {
