@@ -1,6 +1,7 @@
 #include <zuno/CStringInStream.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 namespace zuno {
@@ -34,7 +35,7 @@ CStringInStream::CStringInStream(const String& text) : m_text(text) {
         m_converted.resize(count);
         char16_t* units = &m_converted[0];
         size_t i = 0;
-        for (; i < count && char32_t(chars[i]) < 0x10000; ++i) units[i] = char16_t(chars[i]);
+        for (; i < count && (uint32_t(chars[i]) >> 16) == 0; ++i) units[i] = char16_t(chars[i]);
         m_converted.resize(i);
         for (; i < count; ++i) appendUnits(m_converted, char32_t(chars[i]));
     } else {
