@@ -1,6 +1,7 @@
 #include <zuno/CWideTextBuffer.h>
 
 #include "CCompactWideString.h"
+#include "utf8Decode.h"
 
 #include <zuno/CException.h>
 #include <zuno/CString.h>
@@ -78,33 +79,18 @@ void CWideTextBuffer::appendUTF16(const char16_t* units, size_t count) {
 }
 
 void CWideTextBuffer::appendUTF8(const char* text, size_t count) {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(text);
-    size_t i = 0;
-    while (i < count) {
+    const auto* p = reinterpret_cast<const unsigned char*>(text);
+    const auto* end = p + count;
+    while (p != end) {
         // A run of ASCII in one go.
-        size_t ascii = i;
-        while (ascii < count && bytes[ascii] < 0x80) ++ascii;
-        if (ascii > i) {
-            appendBytes(text + i, ascii - i);
-            i = ascii;
+        const unsigned char* ascii = p;
+        while (ascii != end && *ascii < 0x80) ++ascii;
+        if (ascii != p) {
+            appendBytes(reinterpret_cast<const char*>(p), size_t(ascii - p));
+            p = ascii;
             continue;
         }
-        const unsigned char lead = bytes[i];
-        size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 0;
-        char32_t c = length == 4 ? lead & 0x07 : length == 3 ? lead & 0x0F : lead & 0x1F;
-        bool valid = length != 0 && lead < 0xF5 && i + length <= count;
-        for (size_t k = 1; valid && k < length; ++k) {
-            valid = (bytes[i + k] & 0xC0) == 0x80;
-            c = (c << 6) | (bytes[i + k] & 0x3F);
-        }
-        const char32_t smallest = length == 4 ? 0x10000 : length == 3 ? 0x800 : 0x80;
-        if (valid && c >= smallest && c <= 0x10FFFF && (c & 0xFFFFF800) != 0xD800) {
-            appendChar(c);
-            i += length;
-        } else {
-            append(wchar_t(0xFFFD));
-            ++i;
-        }
+        appendChar(decodeUTF8(p, end));
     }
 }
 

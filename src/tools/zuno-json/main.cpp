@@ -9,10 +9,12 @@
 #include <zuno/CError.h>
 #include <zuno/CJsonParser.h>
 #include <zuno/CJsonPrinter.h>
+#include <zuno/CUTF8InStream.h>
 
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <utility>
 
 using namespace zuno;
 
@@ -69,7 +71,7 @@ int main(int argc, char** argv) {
     }
 
     try {
-        const P<IVariant> root = CJsonParser::parse(String::fromUTF8ToWide(input));
+        const P<IVariant> root = CJsonParser(make<CUTF8InStream>(std::move(input))).parseDocument();
         if (root) writeLine(stdout, CJsonPrinter(pretty).print(*root).toStdString());
     } catch (const CJsonParserError& error) {
         writeLine(stderr, error.getMessage().toStdString());
