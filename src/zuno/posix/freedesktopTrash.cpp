@@ -123,7 +123,7 @@ int moveToTrash(const std::string& givenPath) {
     const size_t end = givenPath.find_last_not_of('/');
     const std::string path = end == std::string::npos ? givenPath : givenPath.substr(0, end + 1);
     struct stat info;
-    if (lstat(path.c_str(), &info) != 0) return errno;
+    if (lstat(path.c_str(), &info) != 0) return errno == ENOTDIR ? ENOENT : errno;
     const std::string trash = homeTrashFolder();
     if (const int error = makeFolders(trash + "/files")) return error;
     if (const int error = makeFolders(trash + "/info")) return error;

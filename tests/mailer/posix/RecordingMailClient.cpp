@@ -90,6 +90,23 @@ std::vector<std::string> split(const std::string& text, const std::string& separ
     }
 }
 
+// The recipients of an address list joined by ", ", as Thunderbird's parser splits it: a
+// comma inside a quoted display name separates nothing.
+std::vector<std::string> addresses(const std::string& list) {
+    std::vector<std::string> names(1);
+    bool quoted = false;
+    for (size_t i = 0; i < list.size(); ++i) {
+        if (list[i] == '"') quoted = !quoted;
+        if (!quoted && list.compare(i, 2, ", ") == 0) {
+            names.emplace_back();
+            ++i;
+        } else {
+            names.back() += list[i];
+        }
+    }
+    return names;
+}
+
 // The fields of Thunderbird's -compose list: commas separate them outside single quotes.
 std::vector<std::string> composeFields(const std::string& list) {
     std::vector<std::string> fields(1);
@@ -114,9 +131,9 @@ RecordedMail mailFromCompose(const std::vector<std::string>& args) {
         const size_t equals = field.find('=');
         const std::string key = field.substr(0, equals);
         const std::string value = equals == std::string::npos ? "" : field.substr(equals + 1);
-        if (key == "to") mail.to = split(percentDecoded(value), ", ");
-        else if (key == "cc") mail.cc = split(percentDecoded(value), ", ");
-        else if (key == "bcc") mail.bcc = split(percentDecoded(value), ", ");
+        if (key == "to") mail.to = addresses(percentDecoded(value));
+        else if (key == "cc") mail.cc = addresses(percentDecoded(value));
+        else if (key == "bcc") mail.bcc = addresses(percentDecoded(value));
         else if (key == "subject") mail.subject = percentDecoded(value);
         else if (key == "body") mail.note = percentDecoded(value);
         else if (key == "attachment")

@@ -82,7 +82,7 @@ TEST_F(FreedesktopTrashTest, FoldersMoveWholeAndTrailingSlashesDoNotMatter) {
 
 TEST_F(FreedesktopTrashTest, FailuresAnswerTheErrorAndLeaveTheFile) {
     EXPECT_EQ(moveToTrash(m_folder / "missing.txt"), ENOENT);
-    EXPECT_EQ(moveToTrash(m_folder.write("file.txt", "") + "/below"), ENOTDIR);
+    EXPECT_EQ(moveToTrash(m_folder.write("file.txt", "") + "/below"), ENOENT);
 
     // A trash that cannot be made: its files folder is taken by a file.
     const std::string file = m_folder.write("kept.txt", "kept");
