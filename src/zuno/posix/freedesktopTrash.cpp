@@ -93,7 +93,8 @@ int moveFile(const std::string& source, const std::string& target) {
 // asks, and answers the name; empty with `error` set when that fails.
 std::string reserveTrashName(const std::string& trash, const std::string& path, int& error) {
     const std::string name = path.substr(path.rfind('/') + 1);
-    const std::string info = "[Trash Info]\nPath=" + percentEncode(path, "/") + "\nDeletionDate=" + deletionDate() + "\n";
+    const std::string info =
+        "[Trash Info]\nPath=" + percentEncode(path, "/") + "\nDeletionDate=" + deletionDate() + "\n";
     for (unsigned number = 1;; ++number) {
         const std::string candidate = numberedName(name, number);
         const std::string infoPath = trash + "/info/" + candidate + ".trashinfo";
