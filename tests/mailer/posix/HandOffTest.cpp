@@ -46,7 +46,7 @@ class HandOffTest : public testing::Test {
 protected:
     void SetUp() override {
         const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-        m_dir = (fs::temp_directory_path() / (std::string("mailer-handoff-") + info->name())).string();
+        m_dir = (fs::temp_directory_path() / (std::string("mailer-handoff-") + info->name() + "-" + std::to_string(getpid()))).string();
         fs::remove_all(m_dir);
         fs::create_directories(m_dir);
     }
