@@ -99,7 +99,8 @@ private:
     static void exitHandler();
 
     std::mutex m_lookupLock;
-    std::mutex m_creationLock;
+    // Recursive: a service's creator may ask for other services (a null string needs its codec).
+    std::recursive_mutex m_creationLock;
     std::unordered_map<const void*, IPtrHolder*> m_holders;
     std::vector<std::unique_ptr<IPtrHolder>> m_creationOrder;
 };

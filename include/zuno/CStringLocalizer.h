@@ -13,7 +13,8 @@ public:
     void clear() override;
     void setFallback(const P<IStringLocalizer>& fallback) override;
     void setText(const String& key, const String& text) override;
-    // Holds the lock while asking the fallback.
+    // Holds the lock while asking the fallback. A chain of fallbacks that leads back to a
+    // localizer already asking on this thread ends there with the default text.
     String localize(const String& key, const String& defaultText) override;
 
 private:

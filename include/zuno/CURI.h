@@ -15,7 +15,8 @@ namespace zuno {
 // last ":" outside square brackets and must be a decimal number up to 65535. "." and ".."
 // segments of a hierarchical path are removed; ".." above the root of an absolute path is
 // dropped, while leading ".." segments of a relative path stay. Absent components read as
-// empty texts; the text form still tells "a?" from "a".
+// empty texts; the text form still tells "a?" from "a", keeps the authority as written and
+// always parses back to the same URI.
 class CURI : public CObject, public IURI {
 public:
     // Parses `text`; raises CURIFormatError for a text that cannot be used (a port that is

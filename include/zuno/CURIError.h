@@ -38,13 +38,16 @@ public:
         : CURIError(message, uri, name) {}
 };
 
-// "The file '%FILE%' was not found." (localized), or "The file could not be found.".
+// "The file '%FILE%' was not found." (localized), or "The file could not be found.". %FILE%
+// is the decoded path of a file URI (without the "/" before a drive letter), the text of
+// any other URI. The URI is kept.
 class CFileNotFoundError : public CFileError {
 public:
     explicit CFileNotFoundError(const P<IURI>& uri = nullptr);
 };
 
-// "Access to the file '%FILE%' was denied." (localized).
+// "Access to the file '%FILE%' was denied." (localized), %FILE% as above, "<uri unknown>"
+// without a URI. The URI is kept.
 class CFileAccessDeniedError : public CFileError {
 public:
     explicit CFileAccessDeniedError(const P<IURI>& uri);

@@ -23,7 +23,8 @@ P<IStringLocalizer> getStringLocalizer();
 // The localized text of `key`, or `defaultText`.
 String localizeText(const String& key, const String& defaultText);
 
-// `text` with each "%NAME%" placeholder replaced by `value`.
+// `text` with each "%NAME%" placeholder replaced by `value` (a null value counts as empty).
+// `name` is given without the percent signs ("FILE"); "%FILE%" is accepted as well.
 String fillPlaceholder(const String& text, const String& name, const String& value);
 
 } // namespace zuno

@@ -57,8 +57,11 @@ bool numberText(const std::u32string& chars, std::string& out) {
         if (chars[i] >= 0x80) return false;
         out.push_back(char(chars[i]));
     }
-    if (!out.empty() && out[0] == '+') out.erase(0, 1);
-    return !out.empty() && out[0] != '+';
+    if (!out.empty() && out[0] == '+') {
+        out.erase(0, 1);
+        if (!out.empty() && (out[0] == '+' || out[0] == '-')) return false;
+    }
+    return !out.empty();
 }
 
 template <class Number>

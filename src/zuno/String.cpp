@@ -15,10 +15,10 @@ P<IString> createNullString() {
 }
 
 template <class S>
-const P<IString>& pinnedNullString() {
+P<IString> pinnedNullString() {
     static const CGlobalObjFactory::ServiceKey key;
-    static const P<IString> text = P<IString>::share(CGlobalObjFactory::pinned<IString>(key, &createNullString<S>));
-    return text;
+    static IString* const text = CGlobalObjFactory::pinned<IString>(key, &createNullString<S>);
+    return P<IString>::share(text);
 }
 
 } // namespace

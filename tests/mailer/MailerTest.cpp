@@ -120,7 +120,7 @@ TEST_F(MailerTest, CompleteMailIsHandedOffAndTheFileDeleted) {
     const std::string second = write("b\xC3\xA4r.txt", "2");  // bär.txt
     const std::string file = writeMailerFile(
         "<subject>Gr\xC3\xBC\xC3\x9F" "e &amp; more</subject>"
-        "<note>Line one\nLine two</note>"
+        "<note>Line one&#10;Line two\n  and   more</note>"
         "<torecipients><recipient>anna@example.org</recipient><recipient>Zo\xC3\xAB &lt;zoe@example.org&gt;</recipient></torecipients>"
         "<ccrecipients><recipient>cc@example.org</recipient></ccrecipients>"
         "<bccrecipients><recipient>b1@example.org</recipient><recipient>b2@example.org</recipient></bccrecipients>"
@@ -131,7 +131,7 @@ TEST_F(MailerTest, CompleteMailIsHandedOffAndTheFileDeleted) {
     ASSERT_TRUE(client().wasCalled());
     const RecordedMail mail = client().lastMail();
     EXPECT_EQ(mail.subject, "Gr\xC3\xBC\xC3\x9F" "e & more");
-    EXPECT_EQ(mail.note, "Line one\nLine two");
+    EXPECT_EQ(mail.note, "Line one\nLine two and more") << "raw white space is condensed, &#10; is a line break";
     EXPECT_EQ(mail.to, (std::vector<std::string>{"anna@example.org", "Zo\xC3\xAB <zoe@example.org>"}));
     EXPECT_EQ(mail.cc, (std::vector<std::string>{"cc@example.org"}));
     EXPECT_EQ(mail.bcc, (std::vector<std::string>{"b1@example.org", "b2@example.org"}));

@@ -128,7 +128,7 @@ TEST(String, SearchFromPositions) {
     EXPECT_EQ(text.rfind(L"one"), 8);
     EXPECT_EQ(text.rfind(L"one", 7), 0);
     EXPECT_EQ(text.find(U'w'), 5);
-    EXPECT_EQ(text.rfind(U'o', 10), 10);
+    EXPECT_EQ(text.rfind(U'o', 10), 8);
     EXPECT_EQ(text.findAnyOf(L"wt"), 4);
     EXPECT_EQ(text.rfindAnyOf(L"ne"), 10);
     EXPECT_EQ(text.find(L"one", 100), -1);
