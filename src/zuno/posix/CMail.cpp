@@ -44,7 +44,8 @@ std::chrono::milliseconds clientWait() {
 // Narrow texts are code-page (locale) text; the clients take UTF-8.
 std::vector<std::string> toUTF8(const std::vector<std::string>& narrowTexts) {
     std::vector<std::string> texts;
-    for (const std::string& narrow : narrowTexts) texts.push_back(String(narrow.data(), int32_t(narrow.size())).toStdString());
+    for (const std::string& narrow : narrowTexts)
+        texts.push_back(String(narrow.data(), int32_t(narrow.size())).toStdString());
     return texts;
 }
 
@@ -94,7 +95,8 @@ int32_t handOff(const posix::MailDraft& draft) {
     const std::chrono::milliseconds wait = clientWait();
     const std::string program = posix::defaultMailtoProgram();
     if (posix::isThunderbirdFamily(program)) {
-        const ChildOutcome outcome = posix::startAndWait(commandLine(program, posix::thunderbirdArguments(draft)), wait);
+        const ChildOutcome outcome =
+            posix::startAndWait(commandLine(program, posix::thunderbirdArguments(draft)), wait);
         if (outcome.state != ChildOutcome::State::NotStarted) return resultOf(outcome, thunderbirdResult);
     }
     const ChildOutcome outcome = posix::startAndWait(commandLine("xdg-email", posix::xdgEmailArguments(draft)), wait);

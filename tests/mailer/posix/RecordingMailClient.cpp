@@ -90,6 +90,23 @@ std::vector<std::string> split(const std::string& text, const std::string& separ
     }
 }
 
+// The recipients of an address list joined by ", ", as Thunderbird's parser splits it: a
+// comma inside a quoted display name separates nothing.
+std::vector<std::string> addresses(const std::string& list) {
+    std::vector<std::string> names(1);
+    bool quoted = false;
+    for (size_t i = 0; i < list.size(); ++i) {
+        if (list[i] == '"') quoted = !quoted;
+        if (!quoted && list.compare(i, 2, ", ") == 0) {
+            names.emplace_back();
+            ++i;
+        } else {
+            names.back() += list[i];
+        }
+    }
+    return names;
+}
+
 // The fields of Thunderbird's -compose list: commas separate them outside single quotes.
 std::vector<std::string> composeFields(const std::string& list) {
     std::vector<std::string> fields(1);
@@ -104,7 +121,8 @@ std::vector<std::string> composeFields(const std::string& list) {
 
 std::string filePath(const std::string& uri) {
     const std::string prefix = "file://";
-    return uri.compare(0, prefix.size(), prefix) == 0 ? percentDecoded(uri.substr(prefix.size())) : "not a file URI: " + uri;
+    if (uri.compare(0, prefix.size(), prefix) != 0) return "not a file URI: " + uri;
+    return percentDecoded(uri.substr(prefix.size()));
 }
 
 RecordedMail mailFromCompose(const std::vector<std::string>& args) {
@@ -114,13 +132,14 @@ RecordedMail mailFromCompose(const std::vector<std::string>& args) {
         const size_t equals = field.find('=');
         const std::string key = field.substr(0, equals);
         const std::string value = equals == std::string::npos ? "" : field.substr(equals + 1);
-        if (key == "to") mail.to = split(percentDecoded(value), ", ");
-        else if (key == "cc") mail.cc = split(percentDecoded(value), ", ");
-        else if (key == "bcc") mail.bcc = split(percentDecoded(value), ", ");
+        if (key == "to") mail.to = addresses(percentDecoded(value));
+        else if (key == "cc") mail.cc = addresses(percentDecoded(value));
+        else if (key == "bcc") mail.bcc = addresses(percentDecoded(value));
         else if (key == "subject") mail.subject = percentDecoded(value);
         else if (key == "body") mail.note = percentDecoded(value);
         else if (key == "attachment")
-            for (const std::string& uri : split(value.substr(1, value.size() - 2), ",")) mail.attachments.push_back(filePath(uri));
+            for (const std::string& uri : split(value.substr(1, value.size() - 2), ","))
+                mail.attachments.push_back(filePath(uri));
         else ADD_FAILURE() << "unexpected compose field: " << field;
     }
     return mail;
@@ -213,7 +232,7 @@ std::map<std::string, std::string> RecordingMailClient::environment() const {
         {"XDG_DATA_HOME", m_state->home() + "/.local/share"},
         {"XDG_CONFIG_DIRS", m_state->folder + "/etc"},
         {"XDG_DATA_DIRS", m_state->folder + "/share"},
-        {"PATH", m_state->kind == Kind::Missing ? m_state->bin() : m_state->bin() + ":" + (path ? path : "/usr/bin:/bin")},
+        {"PATH", m_state->bin() + (m_state->kind == Kind::Missing ? "" : ":" + std::string(path ? path : "/usr/bin"))},
         // Long enough that every stand-in ends within it; the stall test shortens it.
         {"ZUNO_MAIL_CLIENT_WAIT_MS", "60000"},
     };
@@ -261,7 +280,8 @@ void makeStall(const std::string& workDir) {
 
 pid_t stalledClient(const std::string& workDir) {
     const std::string pidFile = folder(workDir) + "/pid";
-    for (int i = 0; i < 3000 && readFile(pidFile).empty(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    for (int i = 0; i < 3000 && readFile(pidFile).empty(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
     const std::string text = readFile(pidFile);
     return text.empty() ? 0 : pid_t(std::stol(text));
 }

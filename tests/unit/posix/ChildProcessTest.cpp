@@ -109,7 +109,8 @@ TEST(ChildProcessTest, ProgramStillRunningAfterTheWaitIsLeftRunning) {
 }
 
 TEST(ChildProcessTest, OutputOfAHelperIsCaptured) {
-    EXPECT_EQ(runForOutput(shell("echo hello; echo error >&2; printf 'x\\0y'"), Generous), std::string("hello\nx\0y", 9));
+    EXPECT_EQ(runForOutput(shell("echo hello; echo error >&2; printf 'x\\0y'"), Generous),
+              std::string("hello\nx\0y", 9));
     EXPECT_EQ(runForOutput(shell("true"), Generous), "");
     EXPECT_EQ(runForOutput(shell("echo partial; exit 3"), Generous), std::nullopt);
     EXPECT_EQ(runForOutput({"zuno-no-such-program"}, Generous), std::nullopt);

@@ -112,6 +112,7 @@ TEST(MailClientCommandTest, TextsXdgEmailWouldReadAsOptionsGetATrailingBlank) {
 }
 
 TEST(MailClientCommandTest, XdgEmailStatusesMapToSimpleMapiResults) {
-    const std::pair<int, int32_t> cases[] = {{0, 0}, {1, 2}, {2, 11}, {3, 26}, {4, 2}, {5, 12}, {6, 2}, {127, 2}, {255, 2}};
+    const std::pair<int, int32_t> cases[] = {{0, 0}, {1, 2},  {2, 11},   {3, 26},  {4, 2},
+                                             {5, 12}, {6, 2}, {127, 2}, {255, 2}};
     for (const auto& [status, result] : cases) EXPECT_EQ(xdgEmailResult(status), result) << status;
 }

@@ -65,8 +65,8 @@ TEST(XdgDesktopTest, DefaultMailtoHandlerComesFromXdgMime) {
     folder.write("bin/mymail", "#!/bin/sh\n", 0755);
     folder.write("data/applications/mymail.desktop", "[Desktop Entry]\nType=Application\nExec=mymail %u\n");
     ScopedEnvironment environment;
-    for (const char* name : {"XDG_CURRENT_DESKTOP", "KDE_FULL_SESSION", "KDE_SESSION_VERSION", "GNOME_DESKTOP_SESSION_ID",
-                             "DESKTOP_SESSION", "DISPLAY", "WAYLAND_DISPLAY"})
+    for (const char* name : {"XDG_CURRENT_DESKTOP", "KDE_FULL_SESSION", "KDE_SESSION_VERSION",
+                             "GNOME_DESKTOP_SESSION_ID", "DESKTOP_SESSION", "DISPLAY", "WAYLAND_DISPLAY"})
         environment.set(name, nullptr);
     environment.set("HOME", folder / "home");
     environment.set("XDG_CONFIG_HOME", folder / "config");
