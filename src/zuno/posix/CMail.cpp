@@ -24,6 +24,7 @@ const int32_t NoMailClient = -1;
 const int32_t MapiFailure = 2;              // MAPI_E_FAILURE
 const int32_t AttachmentNotFound = 11;      // MAPI_E_ATTACHMENT_NOT_FOUND
 const int32_t AttachmentOpenFailure = 12;   // MAPI_E_ATTACHMENT_OPEN_FAILURE
+const int32_t TextTooLarge = 18;            // MAPI_E_TEXT_TOO_LARGE
 
 const char* const ClientWaitVariable = "ZUNO_MAIL_CLIENT_WAIT_MS";
 const long DefaultClientWaitMilliseconds = 3000;
@@ -82,6 +83,7 @@ int32_t resultOf(const ChildOutcome& outcome, int32_t (*resultOfStatus)(int)) {
     switch (outcome.state) {
     case ChildOutcome::State::Exited: return resultOfStatus(outcome.status);
     case ChildOutcome::State::Running: return 0;
+    case ChildOutcome::State::TooLarge: return TextTooLarge;
     default: return MapiFailure;
     }
 }
@@ -97,6 +99,7 @@ int32_t handOff(const posix::MailDraft& draft) {
     if (posix::isThunderbirdFamily(program)) {
         const ChildOutcome outcome =
             posix::startAndWait(commandLine(program, posix::thunderbirdArguments(draft)), wait);
+        // A mail too large for a command line is too large for xdg-email as well.
         if (outcome.state != ChildOutcome::State::NotStarted) return resultOf(outcome, thunderbirdResult);
     }
     const ChildOutcome outcome = posix::startAndWait(commandLine("xdg-email", posix::xdgEmailArguments(draft)), wait);

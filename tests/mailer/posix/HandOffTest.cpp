@@ -226,3 +226,22 @@ TEST_F(HandOffTest, ClientThatKeepsRunningCountsAsSuccessAndIsLeftRunning) {
         EXPECT_EQ(toolOutput(), "");
     }
 }
+
+// A command line holds at most 128 KiB per argument: larger mails cannot reach a client.
+TEST_F(HandOffTest, MailTooLargeForACommandLineIsTextTooLarge) {
+    Mail mail;
+    mail.to = {"someone@example.org"};
+    mail.note = std::string(200 * 1024, 'x');
+    EXPECT_EQ(send(mail), 18);
+    EXPECT_FALSE(client().wasCalled());
+    EXPECT_FALSE(fs::exists(m_dir + "/mail.xml"));
+}
+
+TEST_F(HandOffTest, MailTooLargeForXdgEmailIsTextTooLarge) {
+    client(Kind::Other);
+    Mail mail;
+    mail.to = {"someone@example.org"};
+    mail.note = std::string(200 * 1024, 'x');
+    EXPECT_EQ(send(mail), 18);
+    EXPECT_FALSE(client().wasCalled());
+}
