@@ -2,7 +2,7 @@
 
 #include <string>
 
-// The user's home trash of the freedesktop.org trash specification: $XDG_DATA_HOME/Trash
+// The user's home trash as freedesktop.org desktops lay it out: $XDG_DATA_HOME/Trash
 // (~/.local/share/Trash), whose "files" folder holds the trashed files and whose "info"
 // folder holds one <name>.trashinfo per file with its original path and deletion time.
 namespace zuno::posix {

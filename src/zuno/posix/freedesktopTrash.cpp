@@ -89,7 +89,7 @@ int moveFile(const std::string& source, const std::string& target) {
     return error;
 }
 
-// Reserves a trash name by creating its info file exclusively, as the trash specification
+// Reserves a trash name by creating its info file exclusively, as desktops expect,
 // asks, and answers the name; empty with `error` set when that fails.
 std::string reserveTrashName(const std::string& trash, const std::string& path, int& error) {
     const std::string name = path.substr(path.rfind('/') + 1);
