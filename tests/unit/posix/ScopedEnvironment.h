@@ -12,23 +12,22 @@ public:
     ScopedEnvironment(const ScopedEnvironment&) = delete;
     ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
     ~ScopedEnvironment() {
-        for (const auto& [name, value] : m_saved) {
-            if (value) setenv(name.c_str(), value->c_str(), 1);
-            else unsetenv(name.c_str());
-        }
+        for (const auto& [name, value] : m_saved) assign(name, value ? value->c_str() : nullptr);
     }
 
     // A null value removes the variable.
     void set(const std::string& name, const char* value) {
-        if (!m_saved.count(name)) {
-            const char* old = std::getenv(name.c_str());
-            m_saved[name] = old ? std::optional<std::string>(old) : std::nullopt;
-        }
-        if (value) setenv(name.c_str(), value, 1);
-        else unsetenv(name.c_str());
+        const char* old = std::getenv(name.c_str());
+        if (!m_saved.count(name)) m_saved[name] = old ? std::optional<std::string>(old) : std::nullopt;
+        assign(name, value);
     }
     void set(const std::string& name, const std::string& value) { set(name, value.c_str()); }
 
 private:
+    static void assign(const std::string& name, const char* value) {
+        if (value) setenv(name.c_str(), value, 1);
+        else unsetenv(name.c_str());
+    }
+
     std::map<std::string, std::optional<std::string>> m_saved;
 };
