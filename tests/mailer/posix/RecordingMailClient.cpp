@@ -47,41 +47,46 @@ Strings split(const std::string& text, const std::string& separator, bool quotes
     return parts;
 }
 
+// Adds a field of the mail under Thunderbird's name for it.
+void add(RecordedMail& mail, const std::string& key, const std::string& value) {
+    if (key == "subject") mail.subject = value;
+    else if (key == "body") mail.note = value;
+    else if (key == "to") mail.to.push_back(value);
+    else if (key == "cc") mail.cc.push_back(value);
+    else if (key == "bcc") mail.bcc.push_back(value);
+    else if (key == "attachment") mail.attachments.push_back(value);
+    else ADD_FAILURE() << "unexpected field: " << key;
+}
+
+// Thunderbird's "-compose" and a list of key=value fields, each value percent-encoded; the
+// recipients are joined by ", ", the attachments are 'URI,URI'.
 RecordedMail fromCompose(const Strings& args) {
     RecordedMail mail;
     if (args.empty() || args.size() > 2 || args[0] != "-compose") ADD_FAILURE() << "not one -compose list";
     for (const std::string& field : args.size() == 2 ? split(args[1], ",", true) : Strings{}) {
-        const std::string key = field.substr(0, field.find('=')), raw = field.substr(std::min(field.size(), key.size() + 1));
-        const std::string value = percentDecode(raw);
-        EXPECT_TRUE(key == "attachment" || percentEncode(value) == raw) << "a value not fully percent-encoded: " << field;
-        if (key == "to") mail.to = split(value, ", ");
-        else if (key == "cc") mail.cc = split(value, ", ");
-        else if (key == "bcc") mail.bcc = split(value, ", ");
-        else if (key == "subject") mail.subject = value;
-        else if (key == "body") mail.note = value;
-        else if (key == "attachment")
+        const std::string key = field.substr(0, field.find('='));
+        const std::string raw = field.substr(std::min(field.size(), key.size() + 1)), value = percentDecode(raw);
+        if (key == "attachment") {
             for (const std::string& uri : split(raw.substr(1, raw.size() - 2), ",")) {
-                mail.attachments.push_back(percentDecode(uri.substr(std::min<size_t>(7, uri.size()))));
+                add(mail, key, percentDecode(uri.substr(std::min<size_t>(7, uri.size()))));
                 EXPECT_EQ("file://" + percentEncode(mail.attachments.back(), "/"), uri) << "a fully encoded file URI";
             }
-        else ADD_FAILURE() << "unexpected compose field: " << field;
+            continue;
+        }
+        EXPECT_EQ(percentEncode(value), raw) << "a fully encoded value of " << key;
+        for (const std::string& text : key == "subject" || key == "body" ? Strings{value} : split(value, ", "))
+            add(mail, key, text);
     }
     return mail;
 }
 
+// xdg-email's "--utf8", then options each followed by its text.
 RecordedMail fromXdgEmail(const Strings& args) {
+    const std::map<std::string, std::string> keys{{"--subject", "subject"}, {"--body", "body"}, {"--to", "to"},
+                                                  {"--cc", "cc"}, {"--bcc", "bcc"}, {"--attach", "attachment"}};
     RecordedMail mail;
     if (args.empty() || args[0] != "--utf8" || args.size() % 2 == 0) ADD_FAILURE() << "not options and values";
-    for (size_t i = 1; i + 1 < args.size(); i += 2) {
-        const std::string &option = args[i], &value = args[i + 1];
-        if (option == "--subject") mail.subject = value;
-        else if (option == "--body") mail.note = value;
-        else if (option == "--to") mail.to.push_back(value);
-        else if (option == "--cc") mail.cc.push_back(value);
-        else if (option == "--bcc") mail.bcc.push_back(value);
-        else if (option == "--attach") mail.attachments.push_back(value);
-        else ADD_FAILURE() << "unexpected xdg-email option: " << option;
-    }
+    for (size_t i = 1; i + 1 < args.size(); i += 2) add(mail, keys.count(args[i]) ? keys.at(args[i]) : args[i], args[i + 1]);
     return mail;
 }
 
@@ -159,10 +164,8 @@ RecordedMail RecordingMailClient::lastMail() const {
 // The tool's own output goes to a file, so tests can tell that it prints nothing.
 int runMailer(const std::string& mailer, const Strings& args, const std::string& workDir,
               const std::map<std::string, std::string>& environment) {
-    Strings texts{mailer};
-    texts.insert(texts.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    for (std::string& text : texts) argv.push_back(text.data());
+    std::vector<char*> argv{const_cast<char*>(mailer.c_str())};
+    for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
     argv.push_back(nullptr);
     const std::string output = recordingClientFile(workDir, "tool-output");
     std::filesystem::create_directories(recordingClientFile(workDir, ""));

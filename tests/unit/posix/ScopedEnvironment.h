@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdlib>
-#include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 // Sets environment variables for one test and puts the old values back afterwards.
 class ScopedEnvironment {
@@ -12,13 +12,14 @@ public:
     ScopedEnvironment(const ScopedEnvironment&) = delete;
     ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
     ~ScopedEnvironment() {
-        for (const auto& [name, value] : m_saved) assign(name, value ? value->c_str() : nullptr);
+        for (auto saved = m_saved.rbegin(); saved != m_saved.rend(); ++saved)
+            assign(saved->first, saved->second ? saved->second->c_str() : nullptr);
     }
 
     // A null value removes the variable.
     void set(const std::string& name, const char* value) {
         const char* old = std::getenv(name.c_str());
-        if (!m_saved.count(name)) m_saved[name] = old ? std::optional<std::string>(old) : std::nullopt;
+        m_saved.emplace_back(name, old ? std::optional<std::string>(old) : std::nullopt);
         assign(name, value);
     }
     void set(const std::string& name, const std::string& value) { set(name, value.c_str()); }
@@ -29,5 +30,5 @@ private:
         else unsetenv(name.c_str());
     }
 
-    std::map<std::string, std::optional<std::string>> m_saved;
+    std::vector<std::pair<std::string, std::optional<std::string>>> m_saved;  // in the order set
 };
