@@ -23,12 +23,10 @@ namespace {
 
 // Records its argument vector (NUL-terminated texts), prints noise the tool must swallow,
 // then stalls or ends as the files described in recordingClientFile.h tell it.
-const char* const FakeClient = "#!/bin/sh\n"
-                               "d=\"${0%/*}/..\"\n"
-                               "printf '%s\\000' \"$@\" > \"$d/record\"\n"
-                               "echo noise; echo noise >&2\n"
-                               "if [ -e \"$d/stall\" ]; then echo $$ > \"$d/pid\"; exec sleep 300; fi\n"
-                               "read status < \"$d/status\"; case $status in -*) kill $status $$;; esac; exit $status\n";
+const char* const FakeClient =
+    "#!/bin/sh\nd=\"${0%/*}/..\"\nprintf '%s\\000' \"$@\" > \"$d/record\"\necho noise; echo noise >&2\n"
+    "if [ -e \"$d/stall\" ]; then echo $$ > \"$d/pid\"; exec sleep 300; fi\n"
+    "read status < \"$d/status\"; case $status in -*) kill $status $$;; esac; exit $status\n";
 
 // `text` cut at each `separator`; with `quotes`, not inside single quotes (as Thunderbird's
 // -compose parser does).
@@ -135,14 +133,10 @@ std::string RecordingMailClient::mailerPath() const {
 std::map<std::string, std::string> RecordingMailClient::environment() const {
     const std::string home = m_state->file("home"), path = std::getenv("PATH") ? std::getenv("PATH") : "/usr/bin";
     std::map<std::string, std::string> variables{
-        {"HOME", home},
-        {"XDG_CONFIG_HOME", home + "/.config"},
-        {"XDG_DATA_HOME", home + "/.local/share"},
-        {"XDG_CONFIG_DIRS", m_state->file("etc")},
-        {"XDG_DATA_DIRS", m_state->file("share")},
+        {"HOME", home}, {"XDG_CONFIG_HOME", home + "/.config"}, {"XDG_DATA_HOME", home + "/.local/share"},
+        {"XDG_CONFIG_DIRS", m_state->file("etc")}, {"XDG_DATA_DIRS", m_state->file("share")},
         {"PATH", m_state->file("bin") + (m_state->kind == Kind::Missing ? "" : ":" + path)},
-        {"ZUNO_MAIL_CLIENT_WAIT_MS", "60000"},  // every stand-in ends within it
-    };
+        {"ZUNO_MAIL_CLIENT_WAIT_MS", "60000"}};  // every stand-in ends within it
     // xdg-mime and xdg-email must take the generic desktop path, whatever session runs the tests.
     for (const char* name : {"XDG_CURRENT_DESKTOP", "XDG_SESSION_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
                              "KDE_SESSION_VERSION", "GNOME_DESKTOP_SESSION_ID", "MATE_DESKTOP_SESSION_ID", "DISPLAY",

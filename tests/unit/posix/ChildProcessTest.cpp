@@ -37,10 +37,16 @@ bool endsSoon(pid_t pid) {
 
 // A started program must not inherit the caller's terminal or ignored signals.
 TEST(ChildProcessTest, ProgramGetsDevNullAndDefaultSignals) {
+    const int savedInput = dup(STDIN_FILENO);
+    int terminal[2];
+    ASSERT_EQ(pipe(terminal), 0);
+    dup2(terminal[0], STDIN_FILENO);
     const auto previous = std::signal(SIGINT, SIG_IGN);
     const std::optional<std::string> output =
         runForOutput(shell("readlink /proc/$$/fd/0 /proc/$$/fd/2; grep SigIgn /proc/$$/status"), Generous);
     std::signal(SIGINT, previous);
+    dup2(savedInput, STDIN_FILENO);
+    for (const int fd : {savedInput, terminal[0], terminal[1]}) close(fd);
     ASSERT_TRUE(output);
     EXPECT_EQ(output->substr(0, 20), "/dev/null\n/dev/null\n");
     const unsigned long long ignored = std::stoull(output->substr(output->find('\t') + 1), nullptr, 16);
