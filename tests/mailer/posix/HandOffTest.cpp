@@ -1,6 +1,6 @@
 #include "RecordingMailClient.h"
 #include "recordingClientFile.h"
-#include "../../unit/posix/TemporaryFolder.h"
+#include "TemporaryFolder.h"
 
 #include <zuno/posix/percentEncoding.h>
 
@@ -15,6 +15,7 @@
 // cannot reach it, exit statuses and clients that keep running.
 
 namespace fs = std::filesystem;
+using zuno::posix::percentEncode;
 using Kind = RecordingMailClient::Kind;
 using Strings = std::vector<std::string>;
 
@@ -52,9 +53,10 @@ protected:
     // Writes the mailer file for `mail` and runs the tool on it.
     int send(const RecordedMail& mail, const char* clientWaitMilliseconds = "60000") {
         Strings uris;
-        for (const std::string& path : mail.attachments) uris.push_back("file://" + zuno::posix::percentEncode(path, "/"));
+        for (const std::string& path : mail.attachments) uris.push_back("file://" + percentEncode(path, "/"));
         const std::string file = m_folder.write(
-            "mail.xml", element("mailerfile", element("subject", escaped(mail.subject)) + element("note", escaped(mail.note)) +
+            "mail.xml", element("mailerfile", element("subject", escaped(mail.subject)) +
+                                                  element("note", escaped(mail.note)) +
                                                   element("torecipients", elements("recipient", mail.to)) +
                                                   element("ccrecipients", elements("recipient", mail.cc)) +
                                                   element("bccrecipients", elements("recipient", mail.bcc)) +

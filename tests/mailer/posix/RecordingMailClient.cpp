@@ -1,6 +1,6 @@
 #include "RecordingMailClient.h"
 #include "recordingClientFile.h"
-#include "../../unit/posix/TemporaryFolder.h"
+#include "TemporaryFolder.h"
 
 #include <zuno/posix/percentEncoding.h>
 
@@ -84,7 +84,8 @@ RecordedMail fromXdgEmail(const Strings& args) {
                                                   {"--cc", "cc"}, {"--bcc", "bcc"}, {"--attach", "attachment"}};
     RecordedMail mail;
     if (args.empty() || args[0] != "--utf8" || args.size() % 2 == 0) ADD_FAILURE() << "not options and values";
-    for (size_t i = 1; i + 1 < args.size(); i += 2) add(mail, keys.count(args[i]) ? keys.at(args[i]) : args[i], args[i + 1]);
+    for (size_t i = 1; i + 1 < args.size(); i += 2)
+        add(mail, keys.count(args[i]) ? keys.at(args[i]) : args[i], args[i + 1]);
     return mail;
 }
 
@@ -122,8 +123,12 @@ RecordingMailClient::~RecordingMailClient() {
 void RecordingMailClient::setResult(int result) {
     const std::map<int, int> xdgEmailStatuses{{0, 0}, {2, 4}, {11, 2}, {12, 5}, {26, 3}};
     const bool other = m_state->kind == Kind::Other;
-    if (other && !xdgEmailStatuses.count(result)) ADD_FAILURE() << "xdg-email cannot answer " << result;
-    TemporaryFolder::writeFile(m_state->file("status"), std::to_string(other ? xdgEmailStatuses.at(result) : result) + "\n");
+    if (other && !xdgEmailStatuses.count(result)) {
+        ADD_FAILURE() << "xdg-email cannot answer " << result;
+        return;
+    }
+    const int status = other ? xdgEmailStatuses.at(result) : result;
+    TemporaryFolder::writeFile(m_state->file("status"), std::to_string(status) + "\n");
 }
 
 std::string RecordingMailClient::mailerPath() const {

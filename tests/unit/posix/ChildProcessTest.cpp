@@ -64,8 +64,8 @@ TEST(ChildProcessTest, OutputOfAHelperIsCaptured) {
     EXPECT_EQ(startAndWait({"/etc/hostname"}, Generous).state, ChildOutcome::State::NotStarted) << "not executable";
 
     TemporaryFolder folder;
-    EXPECT_EQ(runForOutput(shell("sleep 60 & echo $$ $! > \"$1\"; echo started; wait", folder / "pids"), milliseconds(100)),
-              std::nullopt);
+    const Strings hanging = shell("sleep 60 & echo $$ $! > \"$1\"; echo started; wait", folder / "pids");
+    EXPECT_EQ(runForOutput(hanging, milliseconds(100)), std::nullopt);
     std::istringstream started(TemporaryFolder::read(folder / "pids"));
     pid_t helper = 0, grandchild = 0;
     ASSERT_TRUE(started >> helper >> grandchild);

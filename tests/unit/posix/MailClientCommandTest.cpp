@@ -28,7 +28,7 @@ TEST(PercentEncodingTest, EncodesEveryByteButUnreservedAndKeptOnes) {
 }
 
 TEST(MailClientCommandTest, ThunderbirdFamilyIsKnownByProgramName) {
-    for (const char* program : {"thunderbird", "/usr/lib/thunderbird/thunderbird", "betterbird", "/opt/icedove/icedove"})
+    for (const char* program : {"thunderbird", "/usr/lib/thunderbird/thunderbird", "betterbird", "/opt/icedove"})
         EXPECT_TRUE(isThunderbirdFamily(program)) << program;
     for (const char* program : {"", "evolution", "thunderbird-wrapper", "/usr/bin/thunderbird/", "Thunderbird",
                                 "/opt/thunderbird/kmail"})
