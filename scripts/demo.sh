@@ -14,6 +14,8 @@ demo=$(mktemp -d)
 trap 'rm -rf "$demo"' EXIT
 export HOME="$demo/home" XDG_DATA_HOME="$demo/home/.local/share" XDG_CONFIG_HOME="$demo/home/.config"
 export XDG_DATA_DIRS=/usr/local/share:/usr/share
+# xdg-open asks desktop handlers only when it sees a display; the demo client needs none.
+export DISPLAY=${DISPLAY:-:0}
 mkdir -p "$XDG_DATA_HOME/applications" "$XDG_CONFIG_HOME" "$demo/bin"
 cp examples/demo-client/zuno-demo-mail-client "$demo/bin/"
 cat > "$XDG_DATA_HOME/applications/zuno-demo-mail-client.desktop" <<ENTRY

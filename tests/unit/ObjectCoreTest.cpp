@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdio>
+#include <cstdlib>
 #include <thread>
 #include <vector>
 
@@ -194,4 +196,41 @@ TEST(GlobalObjFactory, SlotCarriesTheAliveMarker) {
     EXPECT_EQ(slot.alive.load(), CGlobalObjFactory::AliveMarker);
     EXPECT_EQ(slot.dead.load(), CGlobalObjFactory::DeadMarker);
     EXPECT_NE(slot.factory.load(), nullptr);
+}
+
+namespace {
+
+class INoisy : public virtual IBase {};
+
+// Tells on standard error when it is released, so a death test can see the order.
+class CNoisy : public CObject, public INoisy {
+public:
+    explicit CNoisy(const char* name) : m_name(name) {}
+    ~CNoisy() override { std::fprintf(stderr, "[%s]", m_name); }
+
+private:
+    const char* m_name;
+};
+
+P<INoisy> getFirstNoisy() {
+    static const CGlobalObjFactory::ServiceKey key;
+    return CGlobalObjFactory::service<INoisy>(key, [] { return P<INoisy>(make<CNoisy>("first")); });
+}
+
+P<INoisy> getSecondNoisy() {
+    static const CGlobalObjFactory::ServiceKey key;
+    return CGlobalObjFactory::service<INoisy>(key, [] { return P<INoisy>(make<CNoisy>("second")); });
+}
+
+} // namespace
+
+TEST(GlobalObjFactoryDeathTest, ServicesAreReleasedInReverseOrderOfCreationAtExit) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(
+        {
+            getFirstNoisy();
+            getSecondNoisy();
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "\\[second\\]\\[first\\]");
 }

@@ -14,6 +14,7 @@ namespace zuno::posix {
 struct ChildOutcome {
     enum class State {
         NotStarted,  // the program could not be started (not found, not executable)
+        TooLarge,    // its arguments exceed what the system lets one program be given
         Exited,      // it ended by itself; `status` holds its exit status
         Failed,      // it was killed by a signal, or its status was lost
         Running,     // still running when the wait ended; it is left running

@@ -12,8 +12,9 @@ namespace zuno {
 
 namespace {
 
-bool isGone(int error) {
-    return error == ENOENT || error == ENOTDIR;
+// unlink answers ENOTDIR too when a folder on the way is a file: the file is not there.
+bool isGone(int error, bool toRecycleBin) {
+    return error == ENOENT || (error == ENOTDIR && !toRecycleBin);
 }
 
 [[noreturn]] void throwDeleteError(const String& key, const String& defaultText, const P<IURI>& uri, int error) {
@@ -34,7 +35,7 @@ bool CLocalFileSystem::deleteFile(const P<IURI>& uri, bool toRecycleBin) {
     const std::string path = localPath(uri);
     const int error = toRecycleBin ? posix::moveToTrash(path) : unlink(path.c_str()) == 0 ? 0 : errno;
     if (error == 0) return true;
-    if (isGone(error)) return false;
+    if (isGone(error, toRecycleBin)) return false;
     if (toRecycleBin)
         throwDeleteError(L"zuno.CFileSystem.shellDeleteUndoable", L"Error deleting file '%FILE%' (%MSG%).", uri, error);
     throwDeleteError(L"zuno.CFileSystem.DeleteFileFailed", L"Error deleting the file '%FILE%' (%MSG%).", uri, error);

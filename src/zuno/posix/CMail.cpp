@@ -24,6 +24,7 @@ const int32_t NoMailClient = -1;
 const int32_t MapiFailure = 2;              // MAPI_E_FAILURE
 const int32_t AttachmentNotFound = 11;      // MAPI_E_ATTACHMENT_NOT_FOUND
 const int32_t AttachmentOpenFailure = 12;   // MAPI_E_ATTACHMENT_OPEN_FAILURE
+const int32_t TextTooLarge = 18;            // MAPI_E_TEXT_TOO_LARGE
 
 const char* const ClientWaitVariable = "ZUNO_MAIL_CLIENT_WAIT_MS";
 const long DefaultClientWaitMilliseconds = 3000;
@@ -44,7 +45,8 @@ std::chrono::milliseconds clientWait() {
 // Narrow texts are code-page (locale) text; the clients take UTF-8.
 std::vector<std::string> toUTF8(const std::vector<std::string>& narrowTexts) {
     std::vector<std::string> texts;
-    for (const std::string& narrow : narrowTexts) texts.push_back(String(narrow.data(), int32_t(narrow.size())).toStdString());
+    for (const std::string& narrow : narrowTexts)
+        texts.push_back(String(narrow.data(), int32_t(narrow.size())).toStdString());
     return texts;
 }
 
@@ -81,6 +83,7 @@ int32_t resultOf(const ChildOutcome& outcome, int32_t (*resultOfStatus)(int)) {
     switch (outcome.state) {
     case ChildOutcome::State::Exited: return resultOfStatus(outcome.status);
     case ChildOutcome::State::Running: return 0;
+    case ChildOutcome::State::TooLarge: return TextTooLarge;
     default: return MapiFailure;
     }
 }
@@ -94,7 +97,9 @@ int32_t handOff(const posix::MailDraft& draft) {
     const std::chrono::milliseconds wait = clientWait();
     const std::string program = posix::defaultMailtoProgram();
     if (posix::isThunderbirdFamily(program)) {
-        const ChildOutcome outcome = posix::startAndWait(commandLine(program, posix::thunderbirdArguments(draft)), wait);
+        const ChildOutcome outcome =
+            posix::startAndWait(commandLine(program, posix::thunderbirdArguments(draft)), wait);
+        // A mail too large for a command line is too large for xdg-email as well.
         if (outcome.state != ChildOutcome::State::NotStarted) return resultOf(outcome, thunderbirdResult);
     }
     const ChildOutcome outcome = posix::startAndWait(commandLine("xdg-email", posix::xdgEmailArguments(draft)), wait);

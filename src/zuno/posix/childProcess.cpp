@@ -52,14 +52,16 @@ public:
     SpawnPlan(const SpawnPlan&) = delete;
     SpawnPlan& operator=(const SpawnPlan&) = delete;
 
-    // The new process's id, or -1 when it could not be started.
-    pid_t spawn(const std::vector<std::string>& argv) const {
+    // The new process's id, or -1 when it could not be started; `error` tells why.
+    pid_t spawn(const std::vector<std::string>& argv, int* error = nullptr) const {
         if (argv.empty() || argv[0].empty()) return -1;
         std::vector<char*> pointers;
         for (const std::string& argument : argv) pointers.push_back(const_cast<char*>(argument.c_str()));
         pointers.push_back(nullptr);
         pid_t pid = -1;
-        return posix_spawnp(&pid, pointers[0], &m_actions, &m_attributes, pointers.data(), environ) == 0 ? pid : -1;
+        const int result = posix_spawnp(&pid, pointers[0], &m_actions, &m_attributes, pointers.data(), environ);
+        if (error) *error = result;
+        return result == 0 ? pid : -1;
     }
 
 private:
@@ -110,8 +112,9 @@ void killSession(pid_t pid) {
 } // namespace
 
 ChildOutcome startAndWait(const std::vector<std::string>& argv, milliseconds wait) {
-    const pid_t pid = SpawnPlan(-1).spawn(argv);
-    if (pid < 0) return {};
+    int error = 0;
+    const pid_t pid = SpawnPlan(-1).spawn(argv, &error);
+    if (pid < 0) return {error == E2BIG ? ChildOutcome::State::TooLarge : ChildOutcome::State::NotStarted, 0};
     return waitUntil(pid, Clock::now() + wait);
 }
 

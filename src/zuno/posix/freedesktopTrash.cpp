@@ -89,11 +89,12 @@ int moveFile(const std::string& source, const std::string& target) {
     return error;
 }
 
-// Reserves a trash name by creating its info file exclusively, as the trash specification
+// Reserves a trash name by creating its info file exclusively, as desktops expect,
 // asks, and answers the name; empty with `error` set when that fails.
 std::string reserveTrashName(const std::string& trash, const std::string& path, int& error) {
     const std::string name = path.substr(path.rfind('/') + 1);
-    const std::string info = "[Trash Info]\nPath=" + percentEncode(path, "/") + "\nDeletionDate=" + deletionDate() + "\n";
+    const std::string info =
+        "[Trash Info]\nPath=" + percentEncode(path, "/") + "\nDeletionDate=" + deletionDate() + "\n";
     for (unsigned number = 1;; ++number) {
         const std::string candidate = numberedName(name, number);
         const std::string infoPath = trash + "/info/" + candidate + ".trashinfo";
@@ -123,7 +124,7 @@ int moveToTrash(const std::string& givenPath) {
     const size_t end = givenPath.find_last_not_of('/');
     const std::string path = end == std::string::npos ? givenPath : givenPath.substr(0, end + 1);
     struct stat info;
-    if (lstat(path.c_str(), &info) != 0) return errno;
+    if (lstat(path.c_str(), &info) != 0) return errno == ENOTDIR ? ENOENT : errno;
     const std::string trash = homeTrashFolder();
     if (const int error = makeFolders(trash + "/files")) return error;
     if (const int error = makeFolders(trash + "/info")) return error;

@@ -1,204 +1,134 @@
 #include "RecordingMailClient.h"
-#include "recordingClientFiles.h"
+#include "recordingClientFile.h"
+#include "TemporaryFolder.h"
+
+#include <zuno/posix/percentEncoding.h>
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
-#include <csignal>
-#include <cstring>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
-#include <spawn.h>
-#include <sstream>
 #include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
 
 // The Linux stand-in: a throw-away HOME whose mimeapps.list makes a desktop entry the
-// default mailto handler, and a bin folder first on PATH. Kind::Default: the entry starts
-// a fake `thunderbird`; Kind::Other: it starts `othermail`, so the tool goes through the
-// fake `xdg-email` beside it. Both fakes record their argument vector (NUL-separated) and
-// end with the chosen status. The real xdg-mime finds the handler. Kind::Missing is a
-// system without xdg-utils: PATH holds only the empty bin folder, so neither xdg-mime nor
-// xdg-email can be found.
+// default mailto handler, and a bin folder first on PATH. Kind::Default: the entry starts a
+// fake `thunderbird`; Kind::Other: it names `othermail`, which does nothing, so the tool must
+// go through the fake `xdg-email` beside it. The real xdg-mime finds the handler.
+// Kind::Missing is a system without xdg-utils: PATH holds only the empty bin folder.
 
-namespace fs = std::filesystem;
+using zuno::posix::percentDecode;
+using zuno::posix::percentEncode;
+using Strings = std::vector<std::string>;
 
 namespace {
 
-const char* const FolderName = ".mailclient";
+// Records its argument vector (NUL-terminated texts), prints noise the tool must swallow,
+// then stalls or ends as the files described in recordingClientFile.h tell it.
+const char* const FakeClient =
+    "#!/bin/sh\nd=\"${0%/*}/..\"\nprintf '%s\\000' \"$@\" > \"$d/record\"\necho noise; echo noise >&2\n"
+    "if [ -e \"$d/stall\" ]; then echo $$ > \"$d/pid\"; exec sleep 300; fi\n"
+    "read status < \"$d/status\"; case $status in -*) kill $status $$;; esac; exit $status\n";
 
-std::string readFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
-
-void writeFile(const std::string& path, const std::string& content, fs::perms permissions = fs::perms::owner_read |
-                                                                                            fs::perms::owner_write) {
-    fs::create_directories(fs::path(path).parent_path());
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
-    fs::permissions(path, permissions);
-}
-
-std::string shellQuoted(const std::string& text) {
-    std::string quoted = "'";
-    for (char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + "'";
-}
-
-// A program that records its arguments and prints noise the tool must swallow; it then
-// stalls, kills itself or exits with the status in the "status" file.
-std::string recordingProgram(const std::string& folder, const std::string& record) {
-    const std::string dir = shellQuoted(folder);
-    return "#!/bin/sh\n"
-           "for a; do printf '%s\\000' \"$a\"; done > " + dir + "/" + record + "\n"
-           "echo 'noise on stdout'; echo 'noise on stderr' >&2\n"
-           "if [ -e " + dir + "/stall ]; then echo $$ > " + dir + "/pid; exec sleep 300; fi\n"
-           "read status < " + dir + "/status\n"
-           "case $status in -*) kill $status $$ ;; esac\n"
-           "exit $status\n";
-}
-
-int hexValue(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    return -1;
-}
-
-std::string percentDecoded(const std::string& text) {
-    std::string decoded;
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0 && hexValue(text[i + 2]) >= 0) {
-            decoded += char(hexValue(text[i + 1]) * 16 + hexValue(text[i + 2]));
-            i += 2;
-        } else {
-            decoded += text[i];
-        }
-    }
-    return decoded;
-}
-
-std::vector<std::string> split(const std::string& text, const std::string& separator) {
-    std::vector<std::string> parts;
-    for (size_t start = 0;;) {
-        const size_t end = text.find(separator, start);
-        parts.push_back(text.substr(start, end - start));
-        if (end == std::string::npos) return parts;
-        start = end + separator.size();
-    }
-}
-
-// The fields of Thunderbird's -compose list: commas separate them outside single quotes.
-std::vector<std::string> composeFields(const std::string& list) {
-    std::vector<std::string> fields(1);
+// `text` cut at each `separator`; with `quotes`, not inside single quotes (as Thunderbird's
+// -compose parser does).
+Strings split(const std::string& text, const std::string& separator, bool quotes = false) {
+    Strings parts(1);
     bool quoted = false;
-    for (char c : list) {
-        if (c == '\'') quoted = !quoted;
-        if (c == ',' && !quoted) fields.emplace_back();
-        else fields.back() += c;
-    }
-    return fields;
-}
-
-std::string filePath(const std::string& uri) {
-    const std::string prefix = "file://";
-    return uri.compare(0, prefix.size(), prefix) == 0 ? percentDecoded(uri.substr(prefix.size())) : "not a file URI: " + uri;
-}
-
-RecordedMail mailFromCompose(const std::vector<std::string>& args) {
-    RecordedMail mail;
-    if (args.size() < 2 || args[0] != "-compose") return mail;
-    for (const std::string& field : composeFields(args[1])) {
-        const size_t equals = field.find('=');
-        const std::string key = field.substr(0, equals);
-        const std::string value = equals == std::string::npos ? "" : field.substr(equals + 1);
-        if (key == "to") mail.to = split(percentDecoded(value), ", ");
-        else if (key == "cc") mail.cc = split(percentDecoded(value), ", ");
-        else if (key == "bcc") mail.bcc = split(percentDecoded(value), ", ");
-        else if (key == "subject") mail.subject = percentDecoded(value);
-        else if (key == "body") mail.note = percentDecoded(value);
-        else if (key == "attachment")
-            for (const std::string& uri : split(value.substr(1, value.size() - 2), ",")) mail.attachments.push_back(filePath(uri));
-        else ADD_FAILURE() << "unexpected compose field: " << field;
-    }
-    return mail;
-}
-
-RecordedMail mailFromXdgEmail(const std::vector<std::string>& args) {
-    RecordedMail mail;
-    for (size_t i = 0; i < args.size(); ++i) {
-        const std::string& option = args[i];
-        if (option == "--utf8") continue;
-        if (i + 1 == args.size()) {
-            ADD_FAILURE() << "option without a value: " << option;
-            break;
+    for (size_t i = 0; i < text.size(); ++i) {
+        quoted ^= quotes && text[i] == '\'';
+        if (!quoted && text.compare(i, separator.size(), separator) == 0) {
+            parts.emplace_back();
+            i += separator.size() - 1;
+        } else {
+            parts.back() += text[i];
         }
-        const std::string& value = args[++i];
-        if (option == "--subject") mail.subject = value;
-        else if (option == "--body") mail.note = value;
-        else if (option == "--to") mail.to.push_back(value);
-        else if (option == "--cc") mail.cc.push_back(value);
-        else if (option == "--bcc") mail.bcc.push_back(value);
-        else if (option == "--attach") mail.attachments.push_back(value);
-        else ADD_FAILURE() << "unexpected xdg-email argument: " << option;
+    }
+    return parts;
+}
+
+// Adds a field of the mail under Thunderbird's name for it.
+void add(RecordedMail& mail, const std::string& key, const std::string& value) {
+    if (key == "subject") mail.subject = value;
+    else if (key == "body") mail.note = value;
+    else if (key == "to") mail.to.push_back(value);
+    else if (key == "cc") mail.cc.push_back(value);
+    else if (key == "bcc") mail.bcc.push_back(value);
+    else if (key == "attachment") mail.attachments.push_back(value);
+    else ADD_FAILURE() << "unexpected field: " << key;
+}
+
+// Thunderbird's "-compose" and a list of key=value fields, each value percent-encoded; the
+// recipients are joined by ", ", the attachments are 'URI,URI'.
+RecordedMail fromCompose(const Strings& args) {
+    RecordedMail mail;
+    if (args.empty() || args.size() > 2 || args[0] != "-compose") ADD_FAILURE() << "not one -compose list";
+    for (const std::string& field : args.size() == 2 ? split(args[1], ",", true) : Strings{}) {
+        const std::string key = field.substr(0, field.find('='));
+        const std::string raw = field.substr(std::min(field.size(), key.size() + 1)), value = percentDecode(raw);
+        if (key == "attachment") {
+            for (const std::string& uri : split(raw.substr(1, raw.size() - 2), ",")) {
+                add(mail, key, percentDecode(uri.substr(std::min<size_t>(7, uri.size()))));
+                EXPECT_EQ("file://" + percentEncode(mail.attachments.back(), "/"), uri) << "a fully encoded file URI";
+            }
+            continue;
+        }
+        EXPECT_EQ(percentEncode(value), raw) << "a fully encoded value of " << key;
+        for (const std::string& text : key == "subject" || key == "body" ? Strings{value} : split(value, ", "))
+            add(mail, key, text);
     }
     return mail;
 }
 
-// The xdg-email exit status that the tool reads as a Simple MAPI result.
-int xdgEmailStatus(int result) {
-    switch (result) {
-    case 0: return 0;
-    case 2: return 4;
-    case 11: return 2;
-    case 12: return 5;
-    case 26: return 3;
-    default: ADD_FAILURE() << "xdg-email cannot answer " << result; return 4;
-    }
+// xdg-email's "--utf8", then options each followed by its text.
+RecordedMail fromXdgEmail(const Strings& args) {
+    const std::map<std::string, std::string> keys{{"--subject", "subject"}, {"--body", "body"}, {"--to", "to"},
+                                                  {"--cc", "cc"}, {"--bcc", "bcc"}, {"--attach", "attachment"}};
+    RecordedMail mail;
+    if (args.empty() || args[0] != "--utf8" || args.size() % 2 == 0) ADD_FAILURE() << "not options and values";
+    for (size_t i = 1; i + 1 < args.size(); i += 2)
+        add(mail, keys.count(args[i]) ? keys.at(args[i]) : args[i], args[i + 1]);
+    return mail;
 }
 
 } // namespace
 
+std::string recordingClientFile(const std::string& workDir, const std::string& name) {
+    return workDir + "/.mailclient/" + name;
+}
+
 struct RecordingMailClient::State {
     std::string workDir;
-    std::string folder;
     Kind kind;
-    std::string bin() const { return folder + "/bin"; }
-    std::string home() const { return folder + "/home"; }
+    std::string file(const std::string& name) const { return recordingClientFile(workDir, name); }
 };
 
-RecordingMailClient::RecordingMailClient(const std::string& workDir, Kind kind)
-    : m_state(new State{workDir, recordingClient::folder(workDir), kind}) {
-    fs::remove_all(m_state->folder);
-    fs::create_directories(m_state->bin());
-    fs::create_directories(m_state->folder + "/etc");
-    fs::create_directories(m_state->folder + "/share");
-    writeFile(m_state->folder + "/status", "0\n");
+RecordingMailClient::RecordingMailClient(const std::string& workDir, Kind kind) : m_state(new State{workDir, kind}) {
+    std::filesystem::remove_all(m_state->file(""));
+    std::filesystem::create_directories(m_state->file("bin"));
+    setResult(0);
     if (kind == Kind::Missing) return;
-
-    const auto executable = fs::perms::owner_all;
-    const bool thunderbird = kind != Kind::Other;
-    const std::string program = thunderbird ? "thunderbird" : "othermail";
-    writeFile(m_state->home() + "/.config/mimeapps.list",
-              "[Default Applications]\nx-scheme-handler/mailto=" + program + ".desktop\n");
-    writeFile(m_state->home() + "/.local/share/applications/" + program + ".desktop",
-              "[Desktop Entry]\nType=Application\nName=Mail\nExec=" + program + " %u\n");
-    if (thunderbird) {
-        writeFile(m_state->bin() + "/thunderbird", recordingProgram(m_state->folder, "record"), executable);
-    } else {
-        writeFile(m_state->bin() + "/othermail", recordingProgram(m_state->folder, "othermail-record"), executable);
-        writeFile(m_state->bin() + "/xdg-email", recordingProgram(m_state->folder, "record"), executable);
-    }
+    const std::string program = kind == Kind::Other ? "othermail" : "thunderbird";
+    TemporaryFolder::writeFile(m_state->file("home/.config/mimeapps.list"),
+                               "[Default Applications]\nx-scheme-handler/mailto=" + program + ".desktop\n");
+    TemporaryFolder::writeFile(m_state->file("home/.local/share/applications/" + program + ".desktop"),
+                               "[Desktop Entry]\nType=Application\nName=Mail\nExec=" + program + " %u\n");
+    TemporaryFolder::writeFile(m_state->file("bin/" + program), kind == Kind::Other ? "#!/bin/sh\n" : FakeClient, 0755);
+    if (kind == Kind::Other) TemporaryFolder::writeFile(m_state->file("bin/xdg-email"), FakeClient, 0755);
 }
 
 RecordingMailClient::~RecordingMailClient() {
     delete m_state;
 }
 
+// xdg-email answers a result through the exit status that the tool maps to it.
 void RecordingMailClient::setResult(int result) {
-    recordingClient::setExitStatus(m_state->workDir, m_state->kind == Kind::Other ? xdgEmailStatus(result) : result);
+    const std::map<int, int> xdgEmailStatuses{{0, 0}, {2, 4}, {11, 2}, {12, 5}, {26, 3}};
+    const bool other = m_state->kind == Kind::Other;
+    if (other && !xdgEmailStatuses.count(result)) {
+        ADD_FAILURE() << "xdg-email cannot answer " << result;
+        return;
+    }
+    const int status = other ? xdgEmailStatuses.at(result) : result;
+    TemporaryFolder::writeFile(m_state->file("status"), std::to_string(status) + "\n");
 }
 
 std::string RecordingMailClient::mailerPath() const {
@@ -206,17 +136,12 @@ std::string RecordingMailClient::mailerPath() const {
 }
 
 std::map<std::string, std::string> RecordingMailClient::environment() const {
-    const char* path = std::getenv("PATH");
+    const std::string home = m_state->file("home"), path = std::getenv("PATH") ? std::getenv("PATH") : "/usr/bin";
     std::map<std::string, std::string> variables{
-        {"HOME", m_state->home()},
-        {"XDG_CONFIG_HOME", m_state->home() + "/.config"},
-        {"XDG_DATA_HOME", m_state->home() + "/.local/share"},
-        {"XDG_CONFIG_DIRS", m_state->folder + "/etc"},
-        {"XDG_DATA_DIRS", m_state->folder + "/share"},
-        {"PATH", m_state->kind == Kind::Missing ? m_state->bin() : m_state->bin() + ":" + (path ? path : "/usr/bin:/bin")},
-        // Long enough that every stand-in ends within it; the stall test shortens it.
-        {"ZUNO_MAIL_CLIENT_WAIT_MS", "60000"},
-    };
+        {"HOME", home}, {"XDG_CONFIG_HOME", home + "/.config"}, {"XDG_DATA_HOME", home + "/.local/share"},
+        {"XDG_CONFIG_DIRS", m_state->file("etc")}, {"XDG_DATA_DIRS", m_state->file("share")},
+        {"PATH", m_state->file("bin") + (m_state->kind == Kind::Missing ? "" : ":" + path)},
+        {"ZUNO_MAIL_CLIENT_WAIT_MS", "60000"}};  // every stand-in ends within it
     // xdg-mime and xdg-email must take the generic desktop path, whatever session runs the tests.
     for (const char* name : {"XDG_CURRENT_DESKTOP", "XDG_SESSION_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
                              "KDE_SESSION_VERSION", "GNOME_DESKTOP_SESSION_ID", "MATE_DESKTOP_SESSION_ID", "DISPLAY",
@@ -226,91 +151,33 @@ std::map<std::string, std::string> RecordingMailClient::environment() const {
 }
 
 bool RecordingMailClient::wasCalled() const {
-    return fs::exists(m_state->folder + "/record");
+    return std::filesystem::exists(m_state->file("record"));
 }
 
 RecordedMail RecordingMailClient::lastMail() const {
-    const std::vector<std::string> args = recordingClient::arguments(m_state->workDir);
-    return m_state->kind == Kind::Other ? mailFromXdgEmail(args) : mailFromCompose(args);
-}
-
-namespace recordingClient {
-
-std::string folder(const std::string& workDir) {
-    return workDir + "/" + FolderName;
-}
-
-std::vector<std::string> arguments(const std::string& workDir) {
-    const std::string record = readFile(folder(workDir) + "/record");
-    std::vector<std::string> args = split(record, std::string(1, '\0'));
+    Strings args = split(TemporaryFolder::read(m_state->file("record")), std::string(1, '\0'));
     args.pop_back();  // after the last terminator
-    return args;
+    return m_state->kind == Kind::Other ? fromXdgEmail(args) : fromCompose(args);
 }
 
-bool otherClientStartedDirectly(const std::string& workDir) {
-    return fs::exists(folder(workDir) + "/othermail-record");
-}
-
-void setExitStatus(const std::string& workDir, int status) {
-    writeFile(folder(workDir) + "/status", std::to_string(status) + "\n");
-}
-
-void makeStall(const std::string& workDir) {
-    writeFile(folder(workDir) + "/stall", "");
-}
-
-pid_t stalledClient(const std::string& workDir) {
-    const std::string pidFile = folder(workDir) + "/pid";
-    for (int i = 0; i < 3000 && readFile(pidFile).empty(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    const std::string text = readFile(pidFile);
-    return text.empty() ? 0 : pid_t(std::stol(text));
-}
-
-std::string toolOutput(const std::string& workDir) {
-    return readFile(folder(workDir) + "/tool-output");
-}
-
-} // namespace recordingClient
-
-int runMailer(const std::string& mailer, const std::vector<std::string>& args, const std::string& workDir,
+// The tool's own output goes to a file, so tests can tell that it prints nothing.
+int runMailer(const std::string& mailer, const Strings& args, const std::string& workDir,
               const std::map<std::string, std::string>& environment) {
-    std::map<std::string, std::string> variables;
-    for (char** entry = environ; *entry; ++entry) {
-        const std::string text = *entry;
-        const size_t equals = text.find('=');
-        if (equals != std::string::npos) variables[text.substr(0, equals)] = text.substr(equals + 1);
-    }
-    for (const auto& [name, value] : environment) variables[name] = value;
-    std::vector<std::string> envTexts;
-    for (const auto& [name, value] : variables) envTexts.push_back(name + "=" + value);
-    std::vector<char*> envp;
-    for (std::string& text : envTexts) envp.push_back(text.data());
-    envp.push_back(nullptr);
-    std::vector<std::string> argTexts{mailer};
-    argTexts.insert(argTexts.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    for (std::string& text : argTexts) argv.push_back(text.data());
+    std::vector<char*> argv{const_cast<char*>(mailer.c_str())};
+    for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
     argv.push_back(nullptr);
-
-    // The tool's own output goes to a file, so tests can tell that it prints nothing.
-    const std::string output = recordingClient::folder(workDir) + "/tool-output";
-    fs::create_directories(recordingClient::folder(workDir));
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addchdir_np(&actions, workDir.c_str());
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
-    pid_t pid = 0;
-    const int error = posix_spawn(&pid, mailer.c_str(), &actions, nullptr, argv.data(), envp.data());
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0) {
-        ADD_FAILURE() << "cannot start " << mailer << ": " << std::strerror(error);
-        return -1000;
+    const std::string output = recordingClientFile(workDir, "tool-output");
+    std::filesystem::create_directories(recordingClientFile(workDir, ""));
+    const pid_t pid = fork();
+    if (pid == 0) {
+        for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
+        const int in = open("/dev/null", O_RDONLY), out = open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        if (chdir(workDir.c_str()) == 0 && dup2(in, 0) == 0 && dup2(out, 1) == 1 && dup2(out, 2) == 2)
+            execv(mailer.c_str(), argv.data());
+        _exit(99);
     }
     int status = 0;
-    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {}
+    EXPECT_EQ(waitpid(pid, &status, 0), pid) << "cannot run " << mailer;
     if (!WIFEXITED(status)) return 1000 + WTERMSIG(status);  // a crash: no exit code the tool has
-    const int code = WEXITSTATUS(status);
-    return code > 127 ? code - 256 : code;  // 255 is the tool's -1
+    return static_cast<signed char>(WEXITSTATUS(status));     // 255 is the tool's -1
 }

@@ -28,13 +28,16 @@ public:
     std::string path() const { return m_path.string(); }
     std::string operator/(const std::string& name) const { return (m_path / name).string(); }
 
-    // Writes a file (creating its folders) and answers its full path.
+    // Writes a file below the folder (creating its folders) and answers its full path.
     std::string write(const std::string& name, const std::string& content, mode_t mode = 0644) const {
-        const std::filesystem::path file = m_path / name;
-        std::filesystem::create_directories(file.parent_path());
-        std::ofstream(file, std::ios::binary) << content;
-        chmod(file.c_str(), mode);
-        return file.string();
+        return writeFile(*this / name, content, mode);
+    }
+
+    static std::string writeFile(const std::string& path, const std::string& content, mode_t mode = 0644) {
+        std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+        std::ofstream(path, std::ios::binary) << content;
+        chmod(path.c_str(), mode);
+        return path;
     }
 
     static std::string read(const std::string& path) {

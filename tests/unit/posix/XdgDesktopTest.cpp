@@ -1,11 +1,13 @@
 #include "ScopedEnvironment.h"
 #include "TemporaryFolder.h"
 
+#include <zuno/CMail.h>
 #include <zuno/posix/xdgDesktop.h>
 
 #include <gtest/gtest.h>
 
 using namespace zuno::posix;
+using Strings = std::vector<std::string>;
 
 TEST(XdgDesktopTest, ExecProgramIsTheFirstWordOfTheMainGroup) {
     const std::pair<std::string, std::string> cases[] = {
@@ -32,57 +34,42 @@ TEST(XdgDesktopTest, DataFoldersFollowTheEnvironment) {
     environment.set("HOME", "/home/someone");
     environment.set("XDG_DATA_HOME", "/data/home");
     environment.set("XDG_DATA_DIRS", "/one:relative::/two");
-    EXPECT_EQ(xdgDataFolders(), (std::vector<std::string>{"/data/home", "/one", "/two"}));
-
-    environment.set("XDG_DATA_HOME", nullptr);
-    environment.set("XDG_DATA_DIRS", "");
-    EXPECT_EQ(xdgDataFolders(),
-              (std::vector<std::string>{"/home/someone/.local/share", "/usr/local/share", "/usr/share"}));
+    EXPECT_EQ(xdgDataFolders(), (Strings{"/data/home", "/one", "/two"}));
     environment.set("XDG_DATA_HOME", "not/absolute");
-    EXPECT_EQ(xdgDataHome(), "/home/someone/.local/share");
+    environment.set("XDG_DATA_DIRS", "");
+    EXPECT_EQ(xdgDataFolders(), (Strings{"/home/someone/.local/share", "/usr/local/share", "/usr/share"}));
 }
 
-TEST(XdgDesktopTest, DesktopEntryIsLookedUpInTheDataFoldersInOrder) {
-    TemporaryFolder folder;
-    const std::string home = folder.write("home/applications/mail.desktop", "[Desktop Entry]\nExec=a\n");
-    const std::string system = folder.write("system/applications/mail.desktop", "[Desktop Entry]\nExec=b\n");
-    const std::string systemOnly = folder.write("system/applications/other.desktop", "[Desktop Entry]\nExec=c\n");
-    folder.write("system/applications/notes.txt", "");
-    ScopedEnvironment environment;
-    environment.set("XDG_DATA_HOME", folder / "home");
-    environment.set("XDG_DATA_DIRS", folder / "empty" + ":" + folder / "system");
-
-    EXPECT_EQ(findDesktopEntry("mail.desktop"), home);
-    EXPECT_EQ(findDesktopEntry("other.desktop"), systemOnly);
-    for (const char* id : {"", "missing.desktop", "notes.txt", ".desktop", "../applications/mail.desktop",
-                           "applications/mail.desktop"})
-        EXPECT_EQ(findDesktopEntry(id), "") << id;
-}
-
-// xdg-mime reads the user's mimeapps.list; it answers only handlers whose program exists.
-TEST(XdgDesktopTest, DefaultMailtoHandlerComesFromXdgMime) {
+// The default mailto handler comes from xdg-mime, which reads the user's mimeapps.list and
+// answers only handlers whose program exists; its entry is looked up in the data folders in order.
+TEST(XdgDesktopTest, MailClientIsTheMailtoHandlerWithAnEntry) {
+    if (system("command -v xdg-mime >/dev/null") != 0) GTEST_SKIP() << "xdg-mime is not installed";
     TemporaryFolder folder;
     folder.write("bin/mymail", "#!/bin/sh\n", 0755);
-    folder.write("data/applications/mymail.desktop", "[Desktop Entry]\nType=Application\nExec=mymail %u\n");
     ScopedEnvironment environment;
-    for (const char* name : {"XDG_CURRENT_DESKTOP", "KDE_FULL_SESSION", "KDE_SESSION_VERSION", "GNOME_DESKTOP_SESSION_ID",
-                             "DESKTOP_SESSION", "DISPLAY", "WAYLAND_DISPLAY"})
+    for (const char* name : {"XDG_CURRENT_DESKTOP", "KDE_FULL_SESSION", "KDE_SESSION_VERSION",
+                             "GNOME_DESKTOP_SESSION_ID", "DESKTOP_SESSION", "DISPLAY", "WAYLAND_DISPLAY"})
         environment.set(name, nullptr);
-    environment.set("HOME", folder / "home");
-    environment.set("XDG_CONFIG_HOME", folder / "config");
-    environment.set("XDG_CONFIG_DIRS", folder / "etc");
-    environment.set("XDG_DATA_HOME", folder / "data");
-    environment.set("XDG_DATA_DIRS", folder / "share");
-    environment.set("PATH", folder / "bin" + ":" + std::getenv("PATH"));
-    if (system("command -v xdg-mime >/dev/null") != 0) GTEST_SKIP() << "xdg-mime is not installed";
+    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS", "XDG_DATA_HOME"})
+        environment.set(name, folder / name);
+    environment.set("XDG_DATA_DIRS", folder / "empty:" + folder / "share");
+    environment.set("PATH", folder / "bin:" + std::getenv("PATH"));
+    zuno::CMail mail;
+    EXPECT_FALSE(mail.isMailClientRegistered()) << "no handler";
+    folder.write("XDG_CONFIG_HOME/mimeapps.list", "[Default Applications]\nx-scheme-handler/mailto=mymail.desktop;\n");
+    EXPECT_FALSE(mail.isMailClientRegistered()) << "a handler without its entry";
 
-    EXPECT_EQ(defaultMailtoHandler(), "");
-    EXPECT_EQ(defaultMailtoProgram(), "");
-
-    folder.write("config/mimeapps.list", "[Default Applications]\nx-scheme-handler/mailto=mymail.desktop;\n");
-    EXPECT_EQ(defaultMailtoHandler(), "mymail.desktop");
-    EXPECT_EQ(defaultMailtoProgram(), "mymail");
+    const std::string entry = "[Desktop Entry]\nExec=mymail %u\n";
+    const std::string systemEntry = folder.write("share/applications/mymail.desktop", entry);
+    folder.write("share/applications/notes.txt", "");
+    EXPECT_TRUE(mail.isMailClientRegistered());
+    EXPECT_EQ(findDesktopEntry("mymail.desktop"), systemEntry);
+    const std::string userEntry = folder.write("XDG_DATA_HOME/applications/mymail.desktop", entry);
+    EXPECT_EQ(findDesktopEntry("mymail.desktop"), userEntry) << "the user's own entry comes first";
+    for (const char* id : {"", "missing.desktop", "notes.txt", ".desktop", "../applications/mymail.desktop",
+                           "applications/mymail.desktop"})
+        EXPECT_EQ(findDesktopEntry(id), "") << id;
 
     environment.set("PATH", folder / "nowhere");
-    EXPECT_EQ(defaultMailtoHandler(), "") << "without xdg-mime there is no handler";
+    EXPECT_FALSE(mail.isMailClientRegistered()) << "without xdg-mime there is no handler";
 }
