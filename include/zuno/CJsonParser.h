@@ -50,6 +50,7 @@ protected:
 
 private:
     P<IVariant> parseValue(int32_t depth);
+    void checkNesting(int32_t depth) const;
     P<IVariant> parseObject(int32_t depth);
     P<IVariant> parseArray(int32_t depth);
     // Reads a string into m_text.

@@ -86,10 +86,14 @@ P<IVariant> CJsonParser::parseValue(int32_t depth) {
     }
 }
 
-P<IVariant> CJsonParser::parseObject(int32_t depth) {
+void CJsonParser::checkNesting(int32_t depth) const {
     if (depth > MaxNesting) {
         raise(CStringFormat(L"objects and arrays nested deeper than %d levels").doInt(MaxNesting).getResult());
     }
+}
+
+P<IVariant> CJsonParser::parseObject(int32_t depth) {
+    checkNesting(depth);
     expectChar(u'{');
     const size_t first = m_entries.size();
     if (skipIgnoredChars() != u'}') {
@@ -114,9 +118,7 @@ P<IVariant> CJsonParser::parseObject(int32_t depth) {
 }
 
 P<IVariant> CJsonParser::parseArray(int32_t depth) {
-    if (depth > MaxNesting) {
-        raise(CStringFormat(L"objects and arrays nested deeper than %d levels").doInt(MaxNesting).getResult());
-    }
+    checkNesting(depth);
     expectChar(u'[');
     const size_t first = m_values.size();
     if (skipIgnoredChars() != u']') {
