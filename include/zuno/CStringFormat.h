@@ -63,6 +63,9 @@ private:
     void formatDouble(double value, const char* method);
     void formatCharacter(int value, const char* method);
     void formatText(const String& text, const char* method);
+    template <class Write>
+    void appendPadded(int32_t chars, Write write);
+    void appendWideText(const wchar_t* text, size_t units);
     // Formats one value into the scratch buffer; returns the length of the output.
     template <class T>
     size_t formatWithRuntime(const char* specification, T value, const char* method);

@@ -327,6 +327,10 @@ void CStringFormat::formatDouble(double value, const char* method) {
 }
 
 void CStringFormat::formatCharacter(int value, const char* method) {
+    if (!m_zeroPad) {  // what printf writes, without its fixed cost per call
+        appendPadded(1, [&] { m_result.append(wchar_t(value)); });
+        return;
+    }
     char specification[48];
     buildSpecification(specification, false, false, 'c');
     const size_t length = formatWithRuntime(specification, value, method);
@@ -341,6 +345,10 @@ void CStringFormat::formatText(const String& text, const char* method) {
         return;
     }
     const IString& wide = *text.object();
+    if (!m_zeroPad) {
+        appendWideText(static_cast<const wchar_t*>(wide.getData()), size_t(wide.getByteLength()) / sizeof(wchar_t));
+        return;
+    }
     m_textBytes.clear();
     const int32_t chars = appendAsUTF8(m_textBytes, static_cast<const wchar_t*>(wide.getData()),
                                        size_t(wide.getByteLength()) / sizeof(wchar_t), m_precision);
@@ -357,6 +365,29 @@ void CStringFormat::formatText(const String& text, const char* method) {
 
     const size_t length = formatWithRuntime(specification, m_textBytes.c_str(), method);
     m_result.appendUTF8(m_scratch, length);
+}
+
+// Appends a field of `chars` characters written by `write`, padded with blanks to the width
+// on the side the flags ask for, as printf pads character and string fields.
+template <class Write>
+void CStringFormat::appendPadded(int32_t chars, Write write) {
+    const size_t padding = m_width > chars ? size_t(m_width - chars) : 0;
+    if (!m_leftJustify) m_result.appendRepeated(L' ', padding);
+    write();
+    if (m_leftJustify) m_result.appendRepeated(L' ', padding);
+}
+
+// A string field's text, cut to the precision in characters (a surrogate pair is one).
+void CStringFormat::appendWideText(const wchar_t* text, size_t units) {
+    size_t taken = 0;
+    int32_t chars = 0;
+    while (taken < units && (m_precision < 0 || chars < m_precision)) {
+        const bool pair = sizeof(wchar_t) == 2 && taken + 1 < units && text[taken] >= 0xD800 &&
+                          text[taken] <= 0xDBFF && text[taken + 1] >= 0xDC00 && text[taken + 1] <= 0xDFFF;
+        taken += pair ? 2 : 1;
+        ++chars;
+    }
+    appendPadded(chars, [&] { m_result.append(text, taken); });
 }
 
 template <class T>
