@@ -377,11 +377,12 @@ void CStringFormat::appendPadded(int32_t chars, Write write) {
     if (m_leftJustify) m_result.appendRepeated(L' ', padding);
 }
 
-// A string field's text, cut to the precision in characters (a surrogate pair is one).
+// A string field's text, cut to the precision in characters (a surrogate pair is one) and,
+// as printf reads it, at the first NUL.
 void CStringFormat::appendWideText(const wchar_t* text, size_t units) {
     size_t taken = 0;
     int32_t chars = 0;
-    while (taken < units && (m_precision < 0 || chars < m_precision)) {
+    while (taken < units && text[taken] != L'\0' && (m_precision < 0 || chars < m_precision)) {
         const bool pair = sizeof(wchar_t) == 2 && taken + 1 < units && text[taken] >= 0xD800 &&
                           text[taken] <= 0xDBFF && text[taken + 1] >= 0xDC00 && text[taken + 1] <= 0xDFFF;
         taken += pair ? 2 : 1;

@@ -181,6 +181,7 @@ TEST(StringFormat, CharacterAndStringFieldsCountCharacters) {
     EXPECT_EQ(text("[%.2s]", String(L"h\u00e9llo")), String(L"[h\u00e9]"));
     EXPECT_EQ(text("[%3s]", String::fromChar(U'\U0001F600')), String(L"[  ") + String::fromChar(U'\U0001F600') + String(L"]"));
     EXPECT_EQ(text("[%s]", String()), String(L"[]")) << "a null String prints as empty text";
+    EXPECT_EQ(text("[%4s]", String(L"a\0b", 3)), String(L"[   a]")) << "text ends at a NUL, as in C";
 }
 
 TEST(StringFormat, LiteralTextAndPercentSigns) {
