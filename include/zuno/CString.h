@@ -116,7 +116,8 @@ private:
     }
 };
 
-// Builds a text object of an encoding from its encoded bytes (copied).
-P<IString> createString(Encoding encoding, const void* data, int32_t byteLength);
+// Builds a text object of an encoding from its encoded bytes (copied); a character count of
+// -1 is computed.
+P<IString> createString(Encoding encoding, const void* data, int32_t byteLength, int32_t charCount = -1);
 
 } // namespace zuno

@@ -308,23 +308,20 @@ String CString::convertTo(Encoding encoding) const {
     if (encoding == getEncoding()) return String(P<IString>::share(const_cast<CString*>(this)));
     if (isNull()) return String::null(encoding);
     if (&zuno::getCharEncoding(encoding) == m_encoding)  // wide and UTF-16/32 share a codec
-        return String(createString(encoding, m_data, m_byteLength));
-    std::string bytes;
-    const std::u32string chars = getChars();
-    zuno::getCharEncoding(encoding).encode(chars.data(), chars.size(), bytes);
-    return String(createString(encoding, bytes.data(), int32_t(bytes.size())));
+        return String(createString(encoding, m_data, m_byteLength, m_charCount));
+    return String::fromChars(getChars(), encoding);
 }
 
-P<IString> createString(Encoding encoding, const void* data, int32_t byteLength) {
+P<IString> createString(Encoding encoding, const void* data, int32_t byteLength, int32_t charCount) {
     switch (encoding) {
-    case Encoding::Wide: return make<CWCharString>(data, byteLength, CString::Copy);
-    case Encoding::CodePage: return make<CCPString>(data, byteLength, CString::Copy);
-    case Encoding::UTF8: return make<CUTF8String>(data, byteLength, CString::Copy);
-    case Encoding::UTF16: return make<CUTF16String>(data, byteLength, CString::Copy);
-    case Encoding::UTF32: return make<CUTF32String>(data, byteLength, CString::Copy);
+    case Encoding::Wide: return make<CWCharString>(data, byteLength, CString::Copy, true, charCount);
+    case Encoding::CodePage: return make<CCPString>(data, byteLength, CString::Copy, true, charCount);
+    case Encoding::UTF8: return make<CUTF8String>(data, byteLength, CString::Copy, true, charCount);
+    case Encoding::UTF16: return make<CUTF16String>(data, byteLength, CString::Copy, true, charCount);
+    case Encoding::UTF32: return make<CUTF32String>(data, byteLength, CString::Copy, true, charCount);
     case Encoding::Latin1: break;
     }
-    return make<CLatin1String>(data, byteLength, CString::Copy);
+    return make<CLatin1String>(data, byteLength, CString::Copy, true, charCount);
 }
 
 } // namespace zuno

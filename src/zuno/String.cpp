@@ -75,13 +75,19 @@ String String::fromUTF8(const std::string& text) {
 }
 
 String String::fromUTF8ToWide(const char* text, int32_t length) {
-    return fromUTF8(text, length).toWide();
+    if (!text) return String();
+    const ICharEncoding& utf8 = getCharEncoding(Encoding::UTF8);
+    std::u32string chars;
+    utf8.decode(text, length < 0 ? utf8.measure(text) : length, chars);
+    return fromChars(chars);
 }
 
 String String::fromChars(const std::u32string& chars, Encoding encoding) {
     std::string bytes;
     getCharEncoding(encoding).encode(chars.data(), chars.size(), bytes);
-    return String(createString(encoding, bytes.data(), int32_t(bytes.size())));
+    // Every encoding but the code page writes one character for each it is given.
+    const int32_t count = encoding == Encoding::CodePage ? -1 : int32_t(chars.size());
+    return String(createString(encoding, bytes.data(), int32_t(bytes.size()), count));
 }
 
 const char* String::c_str() const {

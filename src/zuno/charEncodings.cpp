@@ -60,31 +60,34 @@ int32_t CCharEncodingBase::countChars(const void* data, int32_t byteLength) cons
 
 // UTF-8 ----------------------------------------------------------------------------------
 
-void CUTF8CharEncoding::decode(const void* data, int32_t byteLength, std::u32string& out) const {
-    const auto* p = static_cast<const unsigned char*>(data);
-    const auto* end = p + byteLength;
-    out.reserve(out.size() + size_t(byteLength));
+// Calls `sink` with each character of the UTF-8 bytes.
+template <class Sink>
+void walkUTF8(const unsigned char* p, const unsigned char* end, Sink sink) {
     while (p < end) {
         const unsigned char lead = *p;
         if (lead < 0x80) {
-            out.push_back(lead);
+            sink(char32_t(lead));
             ++p;
             continue;
         }
         int extra;
         char32_t c;
         unsigned char low = 0x80, high = 0xBF;  // range of the first continuation byte
-        if (lead >= 0xC2 && lead <= 0xDF) { extra = 1; c = lead & 0x1F; }
-        else if (lead >= 0xE0 && lead <= 0xEF) {
-            extra = 2; c = lead & 0x0F;
+        if (lead >= 0xC2 && lead <= 0xDF) {
+            extra = 1;
+            c = lead & 0x1F;
+        } else if (lead >= 0xE0 && lead <= 0xEF) {
+            extra = 2;
+            c = lead & 0x0F;
             if (lead == 0xE0) low = 0xA0;
             if (lead == 0xED) high = 0x9F;  // no surrogates
         } else if (lead >= 0xF0 && lead <= 0xF4) {
-            extra = 3; c = lead & 0x07;
+            extra = 3;
+            c = lead & 0x07;
             if (lead == 0xF0) low = 0x90;
             if (lead == 0xF4) high = 0x8F;  // nothing above U+10FFFF
         } else {
-            out.push_back(Replacement);
+            sink(Replacement);
             ++p;
             continue;
         }
@@ -97,8 +100,21 @@ void CUTF8CharEncoding::decode(const void* data, int32_t byteLength, std::u32str
             low = 0x80;
             high = 0xBF;
         }
-        out.push_back(taken == extra ? c : Replacement);
+        sink(taken == extra ? c : Replacement);
     }
+}
+
+int32_t CUTF8CharEncoding::countChars(const void* data, int32_t byteLength) const {
+    const auto* p = static_cast<const unsigned char*>(data);
+    int32_t count = 0;
+    walkUTF8(p, p + byteLength, [&](char32_t) { ++count; });
+    return count;
+}
+
+void CUTF8CharEncoding::decode(const void* data, int32_t byteLength, std::u32string& out) const {
+    const auto* p = static_cast<const unsigned char*>(data);
+    out.reserve(out.size() + size_t(byteLength));
+    walkUTF8(p, p + byteLength, [&](char32_t c) { out.push_back(c); });
 }
 
 void CUTF8CharEncoding::encode(const char32_t* chars, size_t count, std::string& out) const {
@@ -126,10 +142,9 @@ void CUTF8CharEncoding::encode(const char32_t* chars, size_t count, std::string&
 
 // UTF-16 ---------------------------------------------------------------------------------
 
-void CUTF16CharEncoding::decode(const void* data, int32_t byteLength, std::u32string& out) const {
-    const size_t count = size_t(byteLength) / 2;
-    const char* bytes = static_cast<const char*>(data);
-    out.reserve(out.size() + count);
+// Calls `sink` with each character of the UTF-16 units.
+template <class Sink>
+void walkUTF16(const char* bytes, size_t count, Sink sink) {
     auto unitAt = [&](size_t i) {
         char16_t unit;
         std::memcpy(&unit, bytes + 2 * i, 2);
@@ -140,13 +155,24 @@ void CUTF16CharEncoding::decode(const void* data, int32_t byteLength, std::u32st
         if (unit >= 0xD800 && unit <= 0xDBFF && i + 1 < count) {
             const char16_t next = unitAt(i + 1);
             if (next >= 0xDC00 && next <= 0xDFFF) {
-                out.push_back(0x10000 + ((char32_t(unit) - 0xD800) << 10) + (next - 0xDC00));
+                sink(0x10000 + ((char32_t(unit) - 0xD800) << 10) + (next - 0xDC00));
                 ++i;
                 continue;
             }
         }
-        out.push_back(isSurrogate(unit) ? Replacement : char32_t(unit));
+        sink(isSurrogate(unit) ? Replacement : char32_t(unit));
     }
+}
+
+int32_t CUTF16CharEncoding::countChars(const void* data, int32_t byteLength) const {
+    int32_t count = 0;
+    walkUTF16(static_cast<const char*>(data), size_t(byteLength) / 2, [&](char32_t) { ++count; });
+    return count;
+}
+
+void CUTF16CharEncoding::decode(const void* data, int32_t byteLength, std::u32string& out) const {
+    out.reserve(out.size() + size_t(byteLength) / 2);
+    walkUTF16(static_cast<const char*>(data), size_t(byteLength) / 2, [&](char32_t c) { out.push_back(c); });
 }
 
 void CUTF16CharEncoding::encode(const char32_t* chars, size_t count, std::string& out) const {
@@ -176,10 +202,12 @@ void CUTF32CharEncoding::decode(const void* data, int32_t byteLength, std::u32st
 }
 
 void CUTF32CharEncoding::encode(const char32_t* chars, size_t count, std::string& out) const {
-    out.reserve(out.size() + 4 * count);
+    const size_t start = out.size();
+    out.resize(start + 4 * count);
+    char* target = &out[start];
+    std::memcpy(target, chars, 4 * count);
     for (size_t i = 0; i < count; ++i) {
-        const char32_t c = chars[i];
-        appendUnit(out, isSurrogate(c) || c > 0x10FFFF ? Replacement : c);
+        if (isSurrogate(chars[i]) || chars[i] > 0x10FFFF) std::memcpy(target + 4 * i, &Replacement, 4);
     }
 }
 

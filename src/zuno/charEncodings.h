@@ -23,6 +23,7 @@ private:
 class CUTF8CharEncoding : public CCharEncodingBase {
 public:
     CUTF8CharEncoding() : CCharEncodingBase(1) {}
+    int32_t countChars(const void* data, int32_t byteLength) const override;
     void decode(const void* data, int32_t byteLength, std::u32string& out) const override;
     void encode(const char32_t* chars, size_t count, std::string& out) const override;
 };
@@ -31,6 +32,7 @@ public:
 class CUTF16CharEncoding : public CCharEncodingBase {
 public:
     CUTF16CharEncoding() : CCharEncodingBase(2) {}
+    int32_t countChars(const void* data, int32_t byteLength) const override;
     void decode(const void* data, int32_t byteLength, std::u32string& out) const override;
     void encode(const char32_t* chars, size_t count, std::string& out) const override;
 };
