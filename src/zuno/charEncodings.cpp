@@ -1,4 +1,5 @@
 #include "charEncodings.h"
+#include "utf8Decode.h"
 
 #include <zuno/CGlobalObjFactory.h>
 
@@ -63,45 +64,7 @@ int32_t CCharEncodingBase::countChars(const void* data, int32_t byteLength) cons
 // Calls `sink` with each character of the UTF-8 bytes.
 template <class Sink>
 void walkUTF8(const unsigned char* p, const unsigned char* end, Sink sink) {
-    while (p < end) {
-        const unsigned char lead = *p;
-        if (lead < 0x80) {
-            sink(char32_t(lead));
-            ++p;
-            continue;
-        }
-        int extra;
-        char32_t c;
-        unsigned char low = 0x80, high = 0xBF;  // range of the first continuation byte
-        if (lead >= 0xC2 && lead <= 0xDF) {
-            extra = 1;
-            c = lead & 0x1F;
-        } else if (lead >= 0xE0 && lead <= 0xEF) {
-            extra = 2;
-            c = lead & 0x0F;
-            if (lead == 0xE0) low = 0xA0;
-            if (lead == 0xED) high = 0x9F;  // no surrogates
-        } else if (lead >= 0xF0 && lead <= 0xF4) {
-            extra = 3;
-            c = lead & 0x07;
-            if (lead == 0xF0) low = 0x90;
-            if (lead == 0xF4) high = 0x8F;  // nothing above U+10FFFF
-        } else {
-            sink(Replacement);
-            ++p;
-            continue;
-        }
-        ++p;
-        int taken = 0;
-        for (; taken < extra && p < end; ++taken, ++p) {
-            const unsigned char next = *p;
-            if (next < low || next > high) break;
-            c = (c << 6) | (next & 0x3F);
-            low = 0x80;
-            high = 0xBF;
-        }
-        sink(taken == extra ? c : Replacement);
-    }
+    while (p < end) sink(decodeUTF8(p, end));
 }
 
 int32_t CUTF8CharEncoding::countChars(const void* data, int32_t byteLength) const {
