@@ -1,188 +1,97 @@
-// What only the Simple MAPI hand-off shows: the exact fields MAPISendMail receives, a
-// MAPI32.DLL without MAPISendMail, the subject limit at its edge, and results beyond the
-// positive range of a signed exit code.
+// What only the Simple MAPI hand-off shows: the exact fields MAPISendMail receives (the
+// subject limit at its edge too), a MAPI32.DLL without MAPISendMail, and results beyond
+// the positive range of a signed exit code.
 #include "RecordingMailClient.h"
 #include "mapiRecord.h"
 
-#include <zuno/win32/windows.h>
-
 #include <gtest/gtest.h>
 
-#include <filesystem>
+#include <climits>
 #include <fstream>
+#include <tuple>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-std::string hexText(const std::string& bytes) {
-    static const char digits[] = "0123456789abcdef";
-    std::string hex = "s:";
-    for (const unsigned char c : bytes) {
-        hex += digits[c >> 4];
-        hex += digits[c & 0xF];
-    }
-    return hex;
-}
-
-std::string xmlEscaped(const std::string& text) {
-    std::string result;
-    for (const char c : text) {
-        switch (c) {
-        case '<': result += "&lt;"; break;
-        case '>': result += "&gt;"; break;
-        case '&': result += "&amp;"; break;
-        default: result += c;
-        }
-    }
-    return result;
-}
-
-// "file:///C:/dir/a%20b.txt" for C:\dir\a b.txt (the test folders hold no other
-// characters that need escaping).
-std::string fileURI(const fs::path& path) {
-    std::string uri = "file:///";
-    for (const char c : utf8FromWide(path.wstring())) {
-        if (c == '\\') uri += '/';
-        else if (c == ' ') uri += "%20";
-        else uri += c;
-    }
-    return uri;
-}
+using Kind = RecordingMailClient::Kind;
 
 class MapiHandOff : public testing::Test {
 protected:
-    void SetUp() override {
-        m_workDir = fs::temp_directory_path()
-                    / ("zuno-mapi-" + std::to_string(GetCurrentProcessId()) + "-"
-                       + testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(m_workDir);
-        fs::create_directories(m_workDir);
-    }
-
-    void TearDown() override {
+    MapiHandOff() { fs::create_directories(m_dir); }
+    ~MapiHandOff() override {
         std::error_code ignored;
-        fs::remove_all(m_workDir, ignored);
+        fs::remove_all(m_dir, ignored);
     }
 
-    fs::path writeFile(const std::string& name, const std::string& content) const {
-        const fs::path path = m_workDir / fs::u8path(name);
-        std::ofstream(path, std::ios::binary) << content;
-        return path;
+    // Writes a file and answers its full path.
+    std::string write(const std::string& name, const std::string& content) const {
+        std::ofstream(m_dir / name, std::ios::binary) << content;
+        return (m_dir / name).u8string();
     }
 
-    fs::path writeMailerFile(const std::string& children) const {
-        return writeFile("mail.xml", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<mailerfile>" + children + "</mailerfile>");
+    int run(const RecordingMailClient& client, const std::string& mailerFileContent) const {
+        const std::string file = write("mail.xml", "<mailerfile>" + mailerFileContent + "</mailerfile>");
+        return runMailer(client.mailerPath(), {file}, m_dir.u8string(), client.environment());
     }
 
-    int run(const RecordingMailClient& client, const fs::path& mailerFile) const {
-        return runMailer(client.mailerPath(), {utf8FromWide(mailerFile.wstring())}, workDir(), client.environment());
-    }
-
-    std::map<std::string, std::string> record(const RecordingMailClient& client) const {
-        return readMapiRecord(wideFromUTF8(client.environment().at("ZUNO_TEST_MAPI_RECORD")));
-    }
-
-    std::string workDir() const { return utf8FromWide(m_workDir.wstring()); }
-
-private:
-    fs::path m_workDir;
+    const fs::path m_dir =
+        fs::temp_directory_path() / ("zuno-mapi-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
 };
+
+std::string fileURI(const std::string& path) {
+    std::string uri = "file:///";
+    for (const char c : path) uri += c == '\\' ? "/" : c == ' ' ? "%20" : std::string(1, c);
+    return uri;
+}
+
+std::string quoted(const std::string& text) {
+    return '"' + text + '"';
+}
 
 } // namespace
 
-TEST_F(MapiHandOff, fillsEverySimpleMapiFieldOfTheMessage) {
-    const fs::path firstFile = writeFile("a b.txt", "A");
-    const fs::path secondFile = writeFile("c.txt", "C");
-    const fs::path mailerFile = writeMailerFile(
-        "<subject>Grüße</subject><note>See the attachments.</note>"
-        "<torecipients><recipient>" + xmlEscaped("Ann <ann@example.org>") + "</recipient>"
-        "<recipient>bob@example.org</recipient></torecipients>"
-        "<ccrecipients><recipient>carol@example.org</recipient></ccrecipients>"
-        "<bccrecipients><recipient>dave@example.org</recipient><recipient>Eve</recipient></bccrecipients>"
-        "<attachments><attachment>" + fileURI(firstFile) + "</attachment>"
-        "<attachment>" + fileURI(secondFile) + "</attachment></attachments>");
-    RecordingMailClient client(workDir());
-
-    ASSERT_EQ(run(client, mailerFile), 0);
-
-    std::map<std::string, std::string> expected = {
-        {"session", "0"}, {"uiParam", "0"}, {"flags", "9"}, {"reserved", "0"}, {"message", "set"},
-        {"message.ulReserved", "0"},
-        {"message.lpszSubject", hexText(ansiFromUTF8("Grüße"))},
-        {"message.lpszNoteText", hexText("See the attachments.")},
-        {"message.lpszMessageType", "null"}, {"message.lpszDateReceived", "null"},
-        {"message.lpszConversationID", "null"}, {"message.flFlags", "0"}, {"message.lpOriginator", "null"},
-        {"message.nRecipCount", "5"}, {"message.lpRecips", "set"},
-        {"message.nFileCount", "2"}, {"message.lpFiles", "set"},
+TEST_F(MapiHandOff, fillsEverySimpleMapiField) {
+    const std::string attachment = write("a b.txt", "A"), subject(255, 's');
+    const std::vector<std::string> call = {"MAPISendMail", "0", "0", "9", "0", "set"};
+    const auto bareMessage = [](const std::string& subjectText) {
+        return std::vector<std::string>{"message", "0", quoted(subjectText), "\"\"", "null", "null", "null", "0",
+                                        "null", "0", "null", "0", "null"};
     };
-    const std::pair<const char*, const char*> recipients[] = {
-        {"1", "Ann <ann@example.org>"}, {"1", "bob@example.org"}, {"2", "carol@example.org"},
-        {"3", "dave@example.org"}, {"3", "Eve"},
+    const auto recipient = [](const char* recipientClass, const char* name) {
+        return std::vector<std::string>{"recip", "0", recipientClass, quoted(name), "null", "0", "null"};
     };
-    for (int i = 0; i < 5; ++i) {
-        const std::string prefix = "recip." + std::to_string(i) + ".";
-        expected[prefix + "ulReserved"] = "0";
-        expected[prefix + "ulRecipClass"] = recipients[i].first;
-        expected[prefix + "lpszName"] = hexText(recipients[i].second);
-        expected[prefix + "lpszAddress"] = "null";
-        expected[prefix + "ulEIDSize"] = "0";
-        expected[prefix + "lpEntryID"] = "null";
-    }
-    const std::string files[] = {utf8FromWide(firstFile.wstring()), utf8FromWide(secondFile.wstring())};
-    for (int i = 0; i < 2; ++i) {
-        const std::string prefix = "file." + std::to_string(i) + ".";
-        expected[prefix + "ulReserved"] = "0";
-        expected[prefix + "flFlags"] = "0";
-        expected[prefix + "nPosition"] = "4294967295";
-        expected[prefix + "lpszPathName"] = hexText(ansiFromUTF8(files[i]));
-        expected[prefix + "lpszFileName"] = hexText(ansiFromUTF8(files[i]));
-        expected[prefix + "lpFileType"] = "null";
-    }
-    EXPECT_EQ(record(client), expected);
-}
-
-TEST_F(MapiHandOff, passesAnEmptyMailWithoutArrays) {
-    RecordingMailClient client(workDir());
-
-    ASSERT_EQ(run(client, writeMailerFile("")), 0);
-
-    const auto fields = record(client);
-    EXPECT_EQ(fields.at("message.lpszSubject"), "s:");
-    EXPECT_EQ(fields.at("message.lpszNoteText"), "s:");
-    EXPECT_EQ(fields.at("message.nRecipCount"), "0");
-    EXPECT_EQ(fields.at("message.lpRecips"), "null");
-    EXPECT_EQ(fields.at("message.nFileCount"), "0");
-    EXPECT_EQ(fields.at("message.lpFiles"), "null");
-    EXPECT_EQ(fields.at("flags"), "9");
-}
-
-TEST_F(MapiHandOff, answersMinusTwoForALibraryWithoutMapiSendMailAndStillRemovesTheFile) {
-    RecordingMailClient client(workDir(), RecordingMailClient::Kind::NoSendFunction);
-    const fs::path mailerFile = writeMailerFile("<subject>Hello</subject>");
-
-    EXPECT_EQ(run(client, mailerFile), -2);
-    EXPECT_FALSE(client.wasCalled());
-    EXPECT_FALSE(fs::exists(mailerFile));
-}
-
-TEST_F(MapiHandOff, cutsTheSubjectAfter255Characters) {
-    std::string digits;
-    while (digits.size() < 256) digits += "0123456789";
-    for (const size_t length : {255u, 256u}) {
-        SCOPED_TRACE(length);
-        RecordingMailClient client(workDir());
-        ASSERT_EQ(run(client, writeMailerFile("<subject>" + digits.substr(0, length) + "</subject>")), 0);
-        EXPECT_EQ(client.lastMail().subject, digits.substr(0, std::min<size_t>(length, 255)));
+    const std::pair<std::string, MapiRecord> cases[] = {
+        {"", {call, bareMessage("")}},
+        {"<subject>" + subject + "</subject>", {call, bareMessage(subject)}},
+        {"<subject>" + subject + "!</subject>", {call, bareMessage(subject)}},
+        {"<subject>Grüße</subject><note>See the attachments.</note>"
+         "<torecipients><recipient>Ann &lt;ann@example.org&gt;</recipient><recipient>bob</recipient></torecipients>"
+         "<ccrecipients><recipient>carol</recipient></ccrecipients>"
+         "<bccrecipients><recipient>dave</recipient><recipient>Eve</recipient></bccrecipients><attachments>"
+         "<attachment>" + fileURI(attachment) + "</attachment></attachments>",
+         {call,
+          {"message", "0", "\"Grüße\"", "\"See the attachments.\"", "null", "null", "null", "0", "null", "5", "set", "1", "set"},
+          recipient("1", "Ann <ann@example.org>"), recipient("1", "bob"), recipient("2", "carol"),
+          recipient("3", "dave"), recipient("3", "Eve"),
+          {"file", "0", "0", "4294967295", quoted(attachment), quoted(attachment), "null"}}},
+    };
+    RecordingMailClient client(m_dir.u8string());
+    for (const auto& [content, expected] : cases) {
+        ASSERT_EQ(run(client, content), 0);
+        EXPECT_EQ(readMapiRecord(fs::u8path(client.environment().at("ZUNO_TEST_MAPI_RECORD"))), expected);
     }
 }
 
-TEST_F(MapiHandOff, passesMapiResultsOnAsSigned32BitExitCodes) {
+TEST_F(MapiHandOff, answersMinusTwoWithoutMapiSendMailAndOtherwiseTheSignedResult) {
     // MAPISendMail answers an unsigned 32-bit value; the exit code carries its bits.
-    for (const int result : {-1, -2147483647 - 1}) {
-        SCOPED_TRACE(result);
-        RecordingMailClient client(workDir());
+    const std::tuple<Kind, int, int> cases[] = {
+        {Kind::NoSendFunction, 0, -2}, {Kind::Default, -1, -1}, {Kind::Default, INT_MIN, INT_MIN}};
+    for (const auto& [kind, result, expected] : cases) {
+        RecordingMailClient client(m_dir.u8string(), kind);
         client.setResult(result);
-        EXPECT_EQ(run(client, writeMailerFile("")), result);
+        EXPECT_EQ(run(client, "<subject>Hello</subject>"), expected);
+        EXPECT_EQ(client.wasCalled(), kind == Kind::Default);
+        EXPECT_FALSE(fs::exists(m_dir / "mail.xml"));
     }
 }

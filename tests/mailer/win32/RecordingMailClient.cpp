@@ -6,26 +6,32 @@
 
 #include <zuno/win32/windows.h>
 
-#include <memory>
+#include <fstream>
 #include <stdexcept>
+
+namespace fs = std::filesystem;
 
 namespace {
 
-const char* const RecordVariable = "ZUNO_TEST_MAPI_RECORD";
-const char* const ResultVariable = "ZUNO_TEST_MAPI_RESULT";
-
-void copyFile(const std::wstring& from, const std::wstring& to) {
-    if (!CopyFileW(from.c_str(), to.c_str(), FALSE))
-        throw std::runtime_error("cannot copy " + utf8FromWide(from) + " to " + utf8FromWide(to) + ", error "
-                                 + std::to_string(GetLastError()));
+// Build outputs are named by Unix paths, which Wine reaches through drive Z:.
+fs::path builtFile(const std::string& path) {
+    return path[0] == '/' ? "Z:" + path : path;
 }
 
-const char* mapiLibrary(RecordingMailClient::Kind kind) {
-    switch (kind) {
-    case RecordingMailClient::Kind::Missing: return nullptr;
-    case RecordingMailClient::Kind::NoSendFunction: return NOSENDMAIL_MAPI32_DLL;
-    default: return RECORDING_MAPI32_DLL;
-    }
+std::wstring wide(const std::string& utf8) {
+    return fs::u8path(utf8).wstring();
+}
+
+// Simple MAPI's texts are in the ANSI code page.
+std::string utf8FromAnsi(const std::string& bytes) {
+    std::wstring text(bytes.size(), L'\0');
+    text.resize(MultiByteToWideChar(CP_ACP, 0, bytes.data(), int(bytes.size()), text.data(), int(text.size())));
+    return fs::path(text).u8string();
+}
+
+// A recorded text as UTF-8; a null pointer gives a text no quoted one can equal.
+std::string text(const std::string& field) {
+    return field == "null" ? "<null>" : field.substr(1, field.size() - 2);
 }
 
 // Wine takes WINEDLLOVERRIDES from the Unix environment it was started with, not from the
@@ -34,37 +40,46 @@ const char* mapiLibrary(RecordingMailClient::Kind kind) {
 class NativeMapiUnderWine {
 public:
     NativeMapiUnderWine() {
-        if (isWine())
-            RegSetKeyValueW(HKEY_CURRENT_USER, Key, L"mapi32", REG_SZ, L"native", sizeof(L"native"));
+        if (m_wine) RegSetKeyValueW(HKEY_CURRENT_USER, Key, L"mapi32", REG_SZ, L"native", sizeof(L"native"));
     }
     ~NativeMapiUnderWine() {
-        if (isWine()) RegDeleteKeyValueW(HKEY_CURRENT_USER, Key, L"mapi32");
+        if (m_wine) RegDeleteKeyValueW(HKEY_CURRENT_USER, Key, L"mapi32");
     }
 
 private:
     static constexpr const wchar_t* Key = L"Software\\Wine\\AppDefaults\\mailer.exe\\DllOverrides";
-
-    static bool isWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
+    const bool m_wine = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
 };
 
 } // namespace
 
+MapiRecord readMapiRecord(const fs::path& file) {
+    MapiRecord record(1);
+    std::ifstream in(file, std::ios::binary);
+    for (std::string field; std::getline(in, field, '\0');) {
+        if (field.empty()) record.emplace_back();
+        else record.back().push_back(field[0] == '"' ? utf8FromAnsi(field) : field);
+    }
+    record.pop_back();  // the one after the last structure
+    return record;
+}
+
 struct RecordingMailClient::State {
     NativeMapiUnderWine nativeMapi;
-    std::wstring workDir;
+    fs::path dir;
     int result = 0;
-
-    std::wstring inWorkDir(const wchar_t* name) const { return workDir + L"\\" + name; }
-    std::wstring recordFile() const { return inWorkDir(L"mapi-recording.txt"); }
+    fs::path recordFile() const { return dir / "mapi-record"; }
 };
 
 RecordingMailClient::RecordingMailClient(const std::string& workDir, Kind kind) : m_state(nullptr) {
-    auto state = std::make_unique<State>();
-    state->workDir = windowsPath(workDir);
-    copyFile(windowsPath(MAILER_EXE), state->inWorkDir(L"mailer.exe"));
-    if (const char* library = mapiLibrary(kind)) copyFile(windowsPath(library), state->inWorkDir(L"MAPI32.DLL"));
-    DeleteFileW(state->recordFile().c_str());
-    m_state = state.release();
+    const fs::path dir = fs::u8path(workDir);
+    fs::copy_file(builtFile(MAILER_EXE), dir / "mailer.exe", fs::copy_options::overwrite_existing);
+    fs::remove(dir / "MAPI32.DLL");
+    if (kind != Kind::Missing)
+        fs::copy_file(builtFile(kind == Kind::NoSendFunction ? NOSENDMAIL_MAPI32_DLL : RECORDING_MAPI32_DLL),
+                      dir / "MAPI32.DLL");
+    m_state = new State{{}, dir};
+    fs::remove(m_state->recordFile());
 }
 
 RecordingMailClient::~RecordingMailClient() {
@@ -76,34 +91,54 @@ void RecordingMailClient::setResult(int result) {
 }
 
 std::string RecordingMailClient::mailerPath() const {
-    return utf8FromWide(m_state->inWorkDir(L"mailer.exe"));
+    return (m_state->dir / "mailer.exe").u8string();
 }
 
 std::map<std::string, std::string> RecordingMailClient::environment() const {
     return {
-        {"WINEDLLOVERRIDES", "mapi32=n;mscoree,mshtml="},
-        {RecordVariable, utf8FromWide(m_state->recordFile())},
-        {ResultVariable, std::to_string(unsigned(m_state->result))},
+        {"ZUNO_TEST_MAPI_RECORD", m_state->recordFile().u8string()},
+        {"ZUNO_TEST_MAPI_RESULT", std::to_string(unsigned(m_state->result))},
     };
 }
 
 bool RecordingMailClient::wasCalled() const {
-    return GetFileAttributesW(m_state->recordFile().c_str()) != INVALID_FILE_ATTRIBUTES;
+    return fs::exists(m_state->recordFile());
 }
 
 RecordedMail RecordingMailClient::lastMail() const {
-    const auto record = readMapiRecord(m_state->recordFile());
-    const auto text = [&record](const std::string& key) { return utf8FromAnsi(recordedText(record, key)); };
     RecordedMail mail;
-    mail.subject = text("message.lpszSubject");
-    mail.note = text("message.lpszNoteText");
-    for (int i = 0; record.count("recip." + std::to_string(i) + ".ulRecipClass"); ++i) {
-        const std::string prefix = "recip." + std::to_string(i) + ".";
-        const std::string recipientClass = record.at(prefix + "ulRecipClass");
-        auto& list = recipientClass == "1" ? mail.to : recipientClass == "2" ? mail.cc : mail.bcc;
-        list.push_back(text(prefix + "lpszName"));
+    for (const auto& fields : readMapiRecord(m_state->recordFile())) {
+        if (fields[0] == "message") {
+            mail.subject = text(fields.at(2));
+            mail.note = text(fields.at(3));
+        } else if (fields[0] == "recip") {
+            auto& list = fields.at(2) == "1" ? mail.to : fields[2] == "2" ? mail.cc : mail.bcc;
+            list.push_back(text(fields.at(3)));
+        } else if (fields[0] == "file") {
+            mail.attachments.push_back(text(fields.at(4)));
+        }
     }
-    for (int i = 0; record.count("file." + std::to_string(i) + ".lpszPathName"); ++i)
-        mail.attachments.push_back(text("file." + std::to_string(i) + ".lpszPathName"));
     return mail;
+}
+
+int runMailer(const std::string& mailer, const std::vector<std::string>& args, const std::string& workDir,
+              const std::map<std::string, std::string>& environment) {
+    // The tool inherits this process's environment. Every run sets the same variables, so
+    // none of one run's values is left for the next.
+    for (const auto& [name, value] : environment) SetEnvironmentVariableW(wide(name).c_str(), wide(value).c_str());
+    // The tests pass no arguments with quotes or a trailing backslash, so plain quoting does.
+    std::wstring commandLine = L"\"" + wide(mailer) + L"\"";
+    for (const std::string& argument : args) commandLine += L" \"" + wide(argument) + L"\"";
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION process{};
+    if (!CreateProcessW(wide(mailer).c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        wide(workDir).c_str(), &startup, &process))
+        throw std::runtime_error("cannot start " + mailer + ", error " + std::to_string(GetLastError()));
+    WaitForSingleObject(process.hProcess, INFINITE);
+    DWORD exitCode = 0;
+    GetExitCodeProcess(process.hProcess, &exitCode);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return int(exitCode);
 }

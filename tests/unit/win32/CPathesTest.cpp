@@ -1,10 +1,11 @@
-#include "TempFolder.h"
-
 #include <zuno/CPathes.h>
 #include <zuno/CURI.h>
 #include <zuno/CURIError.h>
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
+#include <tuple>
 
 using namespace zuno;
 
@@ -14,72 +15,48 @@ String uriText(const std::wstring& path) {
     return CPathes().pathToURI(String::fromWide(path))->toString();
 }
 
-String pathOf(const wchar_t* uri, bool asFolder = false) {
+String pathOf(const wchar_t* uri, bool asFolder) {
     return CPathes().uriToPath(make<CURI>(String(uri)), asFolder);
 }
 
-// Restores the current directory at the end of a test that changes it.
-class CurrentDirectory {
-public:
-    explicit CurrentDirectory(const std::wstring& path) : m_saved(MAX_PATH, L'\0') {
-        m_saved.resize(GetCurrentDirectoryW(DWORD(m_saved.size()), m_saved.data()));
-        SetCurrentDirectoryW(path.c_str());
-    }
-    ~CurrentDirectory() { SetCurrentDirectoryW(m_saved.c_str()); }
-
-private:
-    std::wstring m_saved;
-};
-
 } // namespace
 
-TEST(CPathes, turnsDriveAndUNCPathsIntoFileURIs) {
-    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+TEST(CPathes, turnsDriveAndUNCPathsIntoFileURIsAndBack) {
+    const std::pair<const wchar_t*, const wchar_t*> bothWays[] = {
         {L"C:\\dir\\file.txt", L"file:///C:/dir/file.txt"},
         {L"C:\\", L"file:///C:/"},
-        {L"C:/dir/../other/./file.txt", L"file:///C:/other/file.txt"},
-        {L"C:\\my dir\\100%#1;x.txt", L"file:///C:/my%20dir/100%25%231;x.txt"},
-        {L"C:\\Grüße\\ü.txt", L"file:///C:/Grüße/ü.txt"},
+        {L"C:\\a b\\%41 #x ;,=+$&@'[]{}.txt", L"file:///C:/a%20b/%2541%20%23x%20;,=+$&@'%5B%5D%7B%7D.txt"},
+        {L"D:\\Grüße\\ü.txt", L"file:///D:/Grüße/ü.txt"},
         {L"\\\\host\\share\\dir\\file.txt", L"file://host/share/dir/file.txt"},
         {L"\\\\server@SSL\\DavWWWRoot\\file.txt", L"file://server%40SSL/DavWWWRoot/file.txt"},
+    };
+    for (const auto& [path, uri] : bothWays) {
+        EXPECT_EQ(uriText(path), String(uri));
+        EXPECT_EQ(pathOf(uri, false), String(path));
+    }
+    const std::pair<const wchar_t*, const wchar_t*> toURI[] = {
+        {L"C:/dir/../other/./file.txt", L"file:///C:/other/file.txt"},
         {L"\\\\?\\C:\\long\\file.txt", L"file:///C:/long/file.txt"},
         {L"\\\\?\\UNC\\host\\share\\file.txt", L"file://host/share/file.txt"},
     };
-    for (const auto& [path, uri] : cases) EXPECT_EQ(uriText(path), String(uri)) << String(path);
-}
-
-TEST(CPathes, turnsFileURIsIntoFullLocalPaths) {
-    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
-        {L"file:///C:/dir/file.txt", L"C:\\dir\\file.txt"},
-        {L"FILE:///C:/dir/", L"C:\\dir\\"},
-        {L"file:///C:/my%20dir/100%25%231.txt", L"C:\\my dir\\100%#1.txt"},
-        {L"file://localhost/C:/file.txt", L"C:\\file.txt"},
-        {L"file://host/share/dir/file.txt", L"\\\\host\\share\\dir\\file.txt"},
-        {L"file://server%40SSL/DavWWWRoot/file.txt", L"\\\\server@SSL\\DavWWWRoot\\file.txt"},
+    for (const auto& [path, uri] : toURI) EXPECT_EQ(uriText(path), String(uri));
+    const std::tuple<const wchar_t*, bool, const wchar_t*> toPath[] = {
+        {L"FILE:///C:/dir/", false, L"C:\\dir\\"},
+        {L"file:///C:/dir", true, L"C:\\dir\\"},
+        {L"file:///C:/dir/", true, L"C:\\dir\\"},
+        {L"file://localhost/C:/file.txt", false, L"C:\\file.txt"},
         // An escaped NUL must not cut the path short and so name another file.
-        {L"file:///C:/mail.xml%00.txt", L"C:\\mail.xml%00.txt"},
+        {L"file:///C:/mail.xml%00.txt", false, L"C:\\mail.xml%00.txt"},
     };
-    for (const auto& [uri, path] : cases) EXPECT_EQ(pathOf(uri), String(path)) << String(uri);
-
-    EXPECT_EQ(pathOf(L"file:///C:/dir", true), String(L"C:\\dir\\"));
-    EXPECT_EQ(pathOf(L"file:///C:/dir/", true), String(L"C:\\dir\\"));
-}
-
-TEST(CPathes, bringsEveryPathBackFromItsURI) {
-    for (const wchar_t* path : {L"C:\\dir\\file.txt", L"C:\\a b\\%41 #x ;,=+$&@'[]{}.txt", L"D:\\Grüße\\ü.txt",
-                                L"\\\\host\\share\\f.txt"}) {
-        CPathes pathes;
-        EXPECT_EQ(pathes.uriToPath(pathes.pathToURI(path), false), String(path)) << uriText(path);
-    }
+    for (const auto& [uri, asFolder, path] : toPath) EXPECT_EQ(pathOf(uri, asFolder), String(path));
 }
 
 TEST(CPathes, takesRelativePathsAgainstTheCurrentDirectory) {
-    TempFolder folder;
-    const CurrentDirectory current(folder.path());
+    namespace fs = std::filesystem;
+    const fs::path current = fs::current_path();
 
-    EXPECT_EQ(uriText(L"mail.xml"), uriText(folder.file(L"mail.xml")));
-    EXPECT_EQ(uriText(L"..\\mail.xml"), uriText(folder.file(L"..\\mail.xml")));
-    EXPECT_EQ(CPathes().uriToPath(CPathes().pathToURI(L"sub\\mail.xml"), false), String::fromWide(folder.file(L"sub\\mail.xml")));
+    EXPECT_EQ(uriText(L"mail.xml"), uriText((current / "mail.xml").wstring()));
+    EXPECT_EQ(uriText(L"..\\mail.xml"), uriText((current.parent_path() / "mail.xml").wstring()));
 }
 
 TEST(CPathes, refusesWhatIsNoLocalFile) {
