@@ -68,7 +68,7 @@ private:
     void appendWideText(const wchar_t* text, size_t units);
     // Formats one value into the scratch buffer; returns the length of the output.
     template <class T>
-    size_t formatWithRuntime(const char* specification, T value, const char* method);
+    size_t formatWithRuntime(const char* fieldFormat, T value, const char* method);
     // Writes "%", the flags that apply, the width and precision, and `conversion`.
     void buildSpecification(char* out, bool allFlags, bool withPrecision, char conversion) const;
     void reserveScratch(size_t size);

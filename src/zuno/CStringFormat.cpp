@@ -320,9 +320,9 @@ void CStringFormat::formatInteger(int64_t value, bool isSigned) {
 }
 
 void CStringFormat::formatDouble(double value, const char* method) {
-    char specification[48];
-    buildSpecification(specification, true, true, char(m_conversion));
-    const size_t length = formatWithRuntime(specification, value, method);
+    char fieldFormat[48];
+    buildSpecification(fieldFormat, true, true, char(m_conversion));
+    const size_t length = formatWithRuntime(fieldFormat, value, method);
     m_result.appendBytes(m_scratch, length);
 }
 
@@ -331,9 +331,9 @@ void CStringFormat::formatCharacter(int value, const char* method) {
         appendPadded(1, [&] { m_result.append(wchar_t(value)); });
         return;
     }
-    char specification[48];
-    buildSpecification(specification, false, false, 'c');
-    const size_t length = formatWithRuntime(specification, value, method);
+    char fieldFormat[48];
+    buildSpecification(fieldFormat, false, false, 'c');
+    const size_t length = formatWithRuntime(fieldFormat, value, method);
     m_result.appendBytes(m_scratch, length);
 }
 
@@ -359,11 +359,11 @@ void CStringFormat::formatText(const String& text, const char* method) {
         const int64_t byteWidth = int64_t(m_width) + int64_t(m_textBytes.size()) - chars;
         m_width = int32_t(std::min<int64_t>(byteWidth, MaxInt32));
     }
-    char specification[48];
-    buildSpecification(specification, false, false, 's');
+    char fieldFormat[48];
+    buildSpecification(fieldFormat, false, false, 's');
     m_width = savedWidth;
 
-    const size_t length = formatWithRuntime(specification, m_textBytes.c_str(), method);
+    const size_t length = formatWithRuntime(fieldFormat, m_textBytes.c_str(), method);
     m_result.appendUTF8(m_scratch, length);
 }
 
@@ -392,11 +392,11 @@ void CStringFormat::appendWideText(const wchar_t* text, size_t units) {
 }
 
 template <class T>
-size_t CStringFormat::formatWithRuntime(const char* specification, T value, const char* method) {
-    int length = runtimePrintf(m_scratch, m_scratchSize, specification, value);
+size_t CStringFormat::formatWithRuntime(const char* fieldFormat, T value, const char* method) {
+    int length = runtimePrintf(m_scratch, m_scratchSize, fieldFormat, value);
     if (length >= 0 && size_t(length) >= m_scratchSize) {
         reserveScratch(size_t(length) + 1);
-        length = runtimePrintf(m_scratch, m_scratchSize, specification, value);
+        length = runtimePrintf(m_scratch, m_scratchSize, fieldFormat, value);
     }
     if (length < 0) fail(method, L"the C library could not format the field in '");
     return size_t(length);
