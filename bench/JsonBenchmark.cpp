@@ -26,15 +26,6 @@ const char* const Corpora[] = {"canada.json", "citm_catalog.json", "twitter.json
 
 std::string corpusPath(const std::string& name) { return "json-corpora/" + name; }
 
-// Runs `body` once per iteration and reports the allocations per iteration.
-template <class Body>
-void measure(benchmark::State& state, Body body) {
-    const uint64_t before = allocationCount();
-    for (auto _ : state) body();
-    state.counters["allocs"] =
-        benchmark::Counter(double(allocationCount() - before), benchmark::Counter::kAvgIterations);
-}
-
 // Parsing ---------------------------------------------------------------------------------
 
 void zunoParse(benchmark::State& state, std::string name) {
