@@ -18,7 +18,7 @@ namespace {
 // Four fields per format text.
 template <class Body>
 void measureFields(benchmark::State& state, Body body) {
-    measureFields(state, body);
+    measure(state, body);
     state.counters["fields"] = benchmark::Counter(4.0 * double(state.iterations()), benchmark::Counter::kIsRate);
 }
 
