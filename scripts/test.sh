@@ -21,7 +21,8 @@ run_tests() {  # name
     ctest --test-dir "build/$1" --output-on-failure -j "$jobs" || failed+=("$1")
 }
 
-build linux -DCMAKE_BUILD_TYPE=RelWithDebInfo
+# The Linux build compiles the benchmarks too, so they keep building; bench scripts run them.
+build linux -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZUNO_BUILD_BENCHMARKS=ON
 run_tests linux
 
 build sanitize -DCMAKE_BUILD_TYPE=Debug -DZUNO_SANITIZE=ON
