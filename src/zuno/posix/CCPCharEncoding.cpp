@@ -1,4 +1,4 @@
-#include "charEncodings.h"
+#include "CCPCharEncoding.h"
 
 #include <climits>
 #include <cwchar>

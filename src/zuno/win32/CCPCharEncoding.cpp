@@ -1,4 +1,4 @@
-#include "charEncodings.h"
+#include "CCPCharEncoding.h"
 
 #include <zuno/win32/windows.h>
 
