@@ -2,7 +2,7 @@
 #include "recordingClientFile.h"
 #include "TemporaryFolder.h"
 
-#include <zuno/posix/percentEncoding.h>
+#include "mail/posix/percentEncoding.h"
 
 #include <gtest/gtest.h>
 

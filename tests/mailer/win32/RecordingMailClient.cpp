@@ -4,7 +4,7 @@
 #include "RecordingMailClient.h"
 #include "mapiRecord.h"
 
-#include <zuno/win32/windows.h>
+#include "core/win32/windows.h"
 
 #include <fstream>
 #include <stdexcept>

@@ -1,7 +1,7 @@
 // A stand-in for the mail client's MAPI32.DLL. MAPISendMail writes what it receives into the
 // file named by ZUNO_TEST_MAPI_RECORD (the format is described in mapiRecord.h) and answers
 // the number in ZUNO_TEST_MAPI_RESULT (0 when unset).
-#include <zuno/win32/windows.h>
+#include "core/win32/windows.h"
 
 #include <mapi.h>
 

@@ -1,0 +1,150 @@
+#include <zuno/CJsonPrinter.h>
+#include <zuno/CVariantArray.h>
+#include <zuno/CVariantBoolean.h>
+#include <zuno/CVariantDouble.h>
+#include <zuno/CVariantInt32.h>
+#include <zuno/CVariantInt64.h>
+#include <zuno/CVariantMap.h>
+#include <zuno/CVariantNull.h>
+#include <zuno/CVariantString.h>
+#include <zuno/CVariantUInt64.h>
+
+#include "text/printfG.h"
+#include "values/variantCast.h"
+
+#include <charconv>
+
+namespace zuno {
+
+CJsonPrinter::CJsonPrinter(bool pretty) : m_pretty(pretty) {}
+
+String CJsonPrinter::print(const IVariant& variant) {
+    m_out.clear();
+    m_stack.clear();
+    m_indentation = 0;
+    printValue(variant);
+    while (!m_stack.empty()) {
+        Frame& frame = m_stack.back();
+        if (frame.next == frame.count) {
+            closeContainer();
+            continue;
+        }
+        const size_t index = frame.next++;
+        if (index > 0) m_out.append(L',');
+        if (m_pretty) {
+            if (index > 0) m_out.append(L'\n');
+            m_out.appendRepeated(L'\t', size_t(m_indentation));
+        }
+        if (frame.isMap) {
+            // The container is checked when opened; its entries stay put while printing.
+            const CVariantMap::Entry& entry = static_cast<const CVariantMap*>(frame.container)->getEntries()[index];
+            printString(entry.key);
+            m_out.append(L':');
+            if (m_pretty) m_out.append(L' ');
+            printValue(*entry.value);
+        } else {
+            printValue(*static_cast<const CVariantArray*>(frame.container)->getValues()[index]);
+        }
+    }
+    return m_out.detachString();
+}
+
+void CJsonPrinter::printValue(const IVariant& variant) {
+    switch (variant.getKind()) {
+    case IVariant::Kind::Map: {
+        const CVariantMap& map = variantCast<CVariantMap>(variant);
+        openContainer(map, true, map.getEntries().size(), L'{');
+        break;
+    }
+    case IVariant::Kind::Array: {
+        const CVariantArray& array = variantCast<CVariantArray>(variant);
+        openContainer(array, false, array.getValues().size(), L'[');
+        break;
+    }
+    case IVariant::Kind::String: printString(variantCast<CVariantString>(variant).getValue()); break;
+    case IVariant::Kind::Int32: printInteger(variantCast<CVariantInt32>(variant).getValue()); break;
+    case IVariant::Kind::Int64: printInteger(variantCast<CVariantInt64>(variant).getValue()); break;
+    case IVariant::Kind::UInt64: printInteger(variantCast<CVariantUInt64>(variant).getValue()); break;
+    case IVariant::Kind::Boolean:
+        if (variantCast<CVariantBoolean>(variant).getValue()) {
+            m_out.append(L"true", 4);
+        } else {
+            m_out.append(L"false", 5);
+        }
+        break;
+    case IVariant::Kind::Double: printDouble(variantCast<CVariantDouble>(variant).getValue()); break;
+    case IVariant::Kind::Null:
+        variantCast<CVariantNull>(variant);
+        m_out.append(L"null", 4);
+        break;
+    default: break;  // a kind this printer does not know prints as nothing
+    }
+}
+
+void CJsonPrinter::openContainer(const IVariant& container, bool isMap, size_t count, wchar_t bracket) {
+    m_out.append(bracket);
+    if (m_pretty) m_out.append(L'\n');
+    ++m_indentation;
+    m_stack.push_back(Frame{&container, isMap, 0, count});
+}
+
+void CJsonPrinter::closeContainer() {
+    const bool isMap = m_stack.back().isMap;
+    m_stack.pop_back();
+    --m_indentation;
+    if (m_pretty) {
+        m_out.append(L'\n');
+        m_out.appendRepeated(L'\t', size_t(m_indentation));
+    }
+    m_out.append(isMap ? L'}' : L']');
+}
+
+void CJsonPrinter::printString(const String& text) {
+    // Wide text is read in place; other encodings are converted first.
+    const IString& object = *text.object();
+    if (object.getEncoding() != Encoding::Wide) {
+        printString(text.toWide());
+        return;
+    }
+    const wchar_t* chars = static_cast<const wchar_t*>(object.getData());
+    const size_t count = size_t(object.getByteLength()) / sizeof(wchar_t);
+
+    m_out.append(L'"');
+    size_t runStart = 0;
+    for (size_t i = 0; i < count; ++i) {
+        const wchar_t c = chars[i];
+        if (c > L'\\') continue;
+        wchar_t escaped;
+        switch (c) {
+        case L'\\': escaped = L'\\'; break;
+        case L'"': escaped = L'"'; break;
+        case L'\b': escaped = L'b'; break;
+        case L'\f': escaped = L'f'; break;
+        case L'\n': escaped = L'n'; break;
+        case L'\r': escaped = L'r'; break;
+        case L'\t': escaped = L't'; break;
+        default: continue;
+        }
+        m_out.append(chars + runStart, i - runStart);
+        wchar_t* out = m_out.extend(2);
+        out[0] = L'\\';
+        out[1] = escaped;
+        runStart = i + 1;
+    }
+    m_out.append(chars + runStart, count - runStart);
+    m_out.append(L'"');
+}
+
+void CJsonPrinter::printDouble(double value) {
+    char text[32];
+    m_out.appendBytes(text, printfG(value, text));
+}
+
+template <class T>
+void CJsonPrinter::printInteger(T value) {
+    char text[24];
+    const std::to_chars_result result = std::to_chars(text, text + sizeof text, value);
+    m_out.appendBytes(text, size_t(result.ptr - text));
+}
+
+} // namespace zuno
