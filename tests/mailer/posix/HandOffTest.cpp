@@ -2,7 +2,7 @@
 #include "recordingClientFile.h"
 #include "TemporaryFolder.h"
 
-#include "mail/posix/percentEncoding.h"
+#include "text/percentEncoding.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@
 // cannot reach it, exit statuses and clients that keep running.
 
 namespace fs = std::filesystem;
-using zuno::posix::percentEncode;
+using zuno::percentEncode;
 using Kind = RecordingMailClient::Kind;
 using Strings = std::vector<std::string>;
 

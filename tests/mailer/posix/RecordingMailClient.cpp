@@ -2,7 +2,7 @@
 #include "recordingClientFile.h"
 #include "TemporaryFolder.h"
 
-#include "mail/posix/percentEncoding.h"
+#include "text/percentEncoding.h"
 
 #include <gtest/gtest.h>
 
@@ -15,8 +15,8 @@
 // go through the fake `xdg-email` beside it. The real xdg-mime finds the handler.
 // Kind::Missing is a system without xdg-utils: PATH holds only the empty bin folder.
 
-using zuno::posix::percentDecode;
-using zuno::posix::percentEncode;
+using zuno::percentDecode;
+using zuno::percentEncode;
 using Strings = std::vector<std::string>;
 
 namespace {

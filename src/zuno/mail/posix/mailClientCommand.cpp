@@ -1,5 +1,5 @@
 #include "mail/posix/mailClientCommand.h"
-#include "mail/posix/percentEncoding.h"
+#include "text/percentEncoding.h"
 
 namespace zuno::posix {
 

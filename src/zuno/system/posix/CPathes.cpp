@@ -3,7 +3,7 @@
 #include <zuno/CURI.h>
 #include <zuno/CURIError.h>
 #include <zuno/IStringLocalizer.h>
-#include "mail/posix/percentEncoding.h"
+#include "text/percentEncoding.h"
 #include <zuno/systemError.h>
 
 #include <cerrno>
@@ -56,7 +56,7 @@ P<IURI> CPathes::pathToURI(const String& path) {
 // managers write "%C3%A4" for a UTF-8 "ä"), so they are decoded as bytes, not characters.
 String CPathes::uriToPath(const P<IURI>& uri, bool asFolder) {
     if (!uri || !uri->isScheme(L"file") || !isLocalHost(uri->getHost())) throw CURITypeNotSupportedError(uri);
-    std::string path = posix::percentDecode(bytesOf(uri->getPath().toCP()));
+    std::string path = percentDecode(bytesOf(uri->getPath().toCP()));
     // An escaped NUL would silently cut the path short in every system call.
     if (path.find('\0') != std::string::npos) throw CURIFormatError(uri->toString());
     if (asFolder && (path.empty() || path.back() != '/')) path += '/';

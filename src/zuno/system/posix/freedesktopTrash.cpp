@@ -1,6 +1,6 @@
 #include "system/posix/freedesktopTrash.h"
 
-#include "mail/posix/percentEncoding.h"
+#include "text/percentEncoding.h"
 #include "mail/posix/xdgDesktop.h"
 
 #include <cerrno>

@@ -5,7 +5,7 @@
 #include <zuno/CLocalFileSystem.h>
 #include <zuno/IPathes.h>
 #include "system/posix/freedesktopTrash.h"
-#include "mail/posix/percentEncoding.h"
+#include "text/percentEncoding.h"
 
 #include <gtest/gtest.h>
 
@@ -83,7 +83,7 @@ TEST_F(FileDeletionTest, TrashedFileKeepsItsNameAndPermissionsAndGetsItsInfo) {
         const std::string text = TemporaryFolder::read(info(name));
         std::smatch match;
         ASSERT_TRUE(std::regex_match(text, match, layout)) << text;
-        EXPECT_EQ(match[1].str(), posix::percentEncode(file, "/"));
+        EXPECT_EQ(match[1].str(), percentEncode(file, "/"));
     }
     EXPECT_EQ(fs::status(m_folder / "data/Trash/files").permissions(), fs::perms::owner_all);
 

@@ -3,7 +3,7 @@
 #include <string>
 
 // Percent-encoding of byte strings, as file URIs, mailto fields and trash entries use it.
-namespace zuno::posix {
+namespace zuno {
 
 // `text` with every byte percent-encoded ("%" and two upper-case hex digits) except ASCII
 // letters, digits, "-._~" and the characters listed in `keep`.
@@ -12,4 +12,4 @@ std::string percentEncode(const std::string& text, const char* keep = "");
 // `text` with each "%" and two hex digits replaced by that byte; other "%" stay as they are.
 std::string percentDecode(const std::string& text);
 
-} // namespace zuno::posix
+} // namespace zuno

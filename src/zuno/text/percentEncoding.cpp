@@ -1,8 +1,8 @@
-#include "mail/posix/percentEncoding.h"
+#include "text/percentEncoding.h"
 
 #include <cstring>
 
-namespace zuno::posix {
+namespace zuno {
 
 namespace {
 
@@ -52,4 +52,4 @@ std::string percentDecode(const std::string& text) {
     return decoded;
 }
 
-} // namespace zuno::posix
+} // namespace zuno
