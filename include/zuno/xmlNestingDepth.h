@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace mailer {
+namespace zuno {
 
 // The deepest element nesting in an XML text, counted the way a parser would meet it:
 // start tags open a level, end tags and empty-element tags close it; comments, CDATA
@@ -11,4 +11,4 @@ namespace mailer {
 // skipped. Never underestimates for text that an XML parser reads as elements.
 size_t xmlNestingDepth(std::string_view text);
 
-} // namespace mailer
+} // namespace zuno
