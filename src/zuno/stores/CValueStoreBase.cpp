@@ -7,6 +7,7 @@
 #include <zuno/CVariantInt64.h>
 #include <zuno/CVariantString.h>
 #include <zuno/CVariantUInt64.h>
+#include <zuno/messageTexts.h>
 
 #include <cmath>
 #include <utility>
@@ -36,11 +37,11 @@ bool isSigned(const IVariant& value) {
 } // namespace
 
 void CValueStoreBase::checkRead() const {
-    if (!hasAccess(m_access, ValueStoreAccess::Read)) throw CError(L"No read access");
+    if (!hasAccess(m_access, ValueStoreAccess::Read)) throw CError(messageTexts::NoReadAccess);
 }
 
 void CValueStoreBase::checkWrite() const {
-    if (!hasAccess(m_access, ValueStoreAccess::Write)) throw CReadOnlyError(L"No write access");
+    if (!hasAccess(m_access, ValueStoreAccess::Write)) throw CReadOnlyError(messageTexts::NoWriteAccess);
 }
 
 void CValueStoreBase::throwNotA(const String& name, const wchar_t* kind, const P<IVariant>& value) const {

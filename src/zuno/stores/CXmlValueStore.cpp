@@ -6,6 +6,7 @@
 #include <zuno/CURIError.h>
 #include <zuno/CVariantString.h>
 #include <zuno/IStringLocalizer.h>
+#include <zuno/messageTexts.h>
 #include <zuno/xmlNestingDepth.h>
 
 #include <algorithm>
@@ -76,7 +77,7 @@ public:
         if (parsed.Error() && parsed.ErrorId() == TiXmlBase::TIXML_ERROR_DOCUMENT_EMPTY) {
             makeEmpty();
         } else if (parsed.Error()) {
-            rejectUnreadable(L"XML Parse Error in file '%FILE%', line %LINE%.", parsed.ErrorRow());
+            rejectUnreadable(messageTexts::XmlParseError, parsed.ErrorRow());
         } else {
             xml = parsed;
         }

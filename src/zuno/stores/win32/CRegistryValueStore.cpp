@@ -6,6 +6,7 @@
 #include <zuno/CURI.h>
 #include <zuno/CVariantInt64.h>
 #include <zuno/CVariantString.h>
+#include <zuno/messageTexts.h>
 #include <zuno/systemError.h>
 
 #include <algorithm>
@@ -83,7 +84,7 @@ CRegistryValueStore::CRegistryValueStore(const P<IURI>& uri, ValueStoreAccess ac
     const std::vector<String> names = keyNames(uri);
     const String base = names.empty() ? String::empty() : names.front();
     const HKEY baseHandle = baseKey(base);
-    if (!baseHandle) throw CError(L"Unknown registry base key: " + base);
+    if (!baseHandle) throw CError(messageTexts::UnknownRegistryBaseKey + base);
     const bool create = hasAccess(access, ValueStoreAccess::Write);
     const LSTATUS status = openKey(baseHandle, subKeyPath(names), access, create, m_key);
     if (status != ERROR_SUCCESS) throwFailure(L"CRegistryValueStore::load", status);
