@@ -77,7 +77,9 @@ public:
         if (parsed.Error() && parsed.ErrorId() == TiXmlBase::TIXML_ERROR_DOCUMENT_EMPTY) {
             makeEmpty();
         } else if (parsed.Error()) {
-            rejectUnreadable(messageTexts::XmlParseError, parsed.ErrorRow());
+            // TinyXML gives no place for a document that ends too early: its last line.
+            const int lastLine = int(std::count(bytes.begin(), bytes.end(), '\n')) + 1;
+            rejectUnreadable(messageTexts::XmlParseError, parsed.ErrorRow() > 0 ? parsed.ErrorRow() : lastLine);
         } else {
             xml = parsed;
         }
