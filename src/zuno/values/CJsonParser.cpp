@@ -7,7 +7,10 @@
 #include <zuno/CVariantInt64.h>
 #include <zuno/CVariantMap.h>
 #include <zuno/CVariantString.h>
+#include <zuno/CVariantUInt64.h>
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -38,13 +41,30 @@ int64_t truncateToInt64(double value) {
     return int64_t(value);
 }
 
+// Whether a number text that a double cannot hold ("-"? digits, "." digits?, "e" "-"?
+// digits?, with an integer part of "0" or without leading zeros) is too large rather than
+// too small: whether the power of ten of its first significant digit is positive.
+bool isTooLarge(const std::string& number) {
+    const size_t first = number[0] == '-' ? 1 : 0;
+    const size_t integerEnd = std::min(number.find_first_of(".e", first), number.size());
+    int64_t order = int64_t(integerEnd - first) - 1;
+    if (number[first] == '0') {
+        const size_t significant = number.find_first_not_of('0', integerEnd + 1);
+        order = -int64_t(significant - integerEnd);
+    }
+    int64_t exponent = 0;
+    const size_t e = number.find('e');
+    if (e != std::string::npos) std::from_chars(number.data() + e + 1, number.data() + number.size(), exponent);
+    return order + exponent > 0;
+}
+
 } // namespace
 
-CJsonParser::CJsonParser(P<IPeekableInStream> in) : CParserBase(std::move(in)) {}
+CJsonParser::CJsonParser(P<IPeekableInStream> in, JsonMode mode) : CParserBase(std::move(in)), m_mode(mode) {}
 
-P<IVariant> CJsonParser::parse(const String& text) {
+P<IVariant> CJsonParser::parse(const String& text, JsonMode mode) {
     if (text.isEmpty()) return nullptr;
-    return CJsonParser(make<CStringInStream>(text)).parseDocument();
+    return CJsonParser(make<CStringInStream>(text), mode).parseDocument();
 }
 
 P<IVariant> CJsonParser::parseDocument() {
@@ -203,10 +223,14 @@ void CJsonParser::parseUnicodeEscape() {
 }
 
 P<IVariant> CJsonParser::parseNumber() {
+    // In exact mode the number's text is gathered, in a form std::from_chars reads.
+    const bool exact = m_mode == JsonMode::Exact;
+    m_number.clear();
     bool negative = false;
     int32_t c = peekChar();
     if (c == u'-') {
         negative = true;
+        if (exact) m_number.push_back('-');
         skipChar();
         c = peekChar();
     }
@@ -220,6 +244,7 @@ P<IVariant> CJsonParser::parseNumber() {
         c = peekChar();
     } else if (c >= u'1' && c <= u'9') {
         do {
+            if (exact) m_number.push_back(char(c));
             const unsigned digit = unsigned(c - u'0');
             if (beyondInt64) {
                 bigInteger = bigInteger * 10 + digit;
@@ -239,12 +264,18 @@ P<IVariant> CJsonParser::parseNumber() {
         }
     }
 
+    if (exact && (m_number.empty() || m_number == "-")) m_number.push_back('0');
+
     double fraction = 0;
+    bool hasFractionOrExponent = false;
     if (c == u'.') {
+        hasFractionOrExponent = true;
+        if (exact) m_number.push_back('.');
         skipChar();
         double divisor = 1;
         c = readRequiredDigit();
         do {
+            if (exact) m_number.push_back(char(c));
             divisor *= 10;
             fraction += (c - u'0') / divisor;
             skipChar();
@@ -255,6 +286,7 @@ P<IVariant> CJsonParser::parseNumber() {
     int32_t exponent = 0;
     bool negativeExponent = false;
     if (c == u'e' || c == u'E') {
+        hasFractionOrExponent = true;
         skipChar();
         if (peekChar() == u'-') {
             negativeExponent = true;
@@ -269,8 +301,15 @@ P<IVariant> CJsonParser::parseNumber() {
             skipChar();
             c = peekChar();
         } while (isDigit(c));
+        if (exact) {
+            // The exponent as read, saturated; from_chars reports what it cannot hold.
+            m_number.push_back('e');
+            if (negativeExponent) m_number.push_back('-');
+            m_number += std::to_string(exponent);
+        }
     }
 
+    if (exact) return makeExactNumber(hasFractionOrExponent);
     if (!beyondInt64 && fraction == 0 && exponent == 0) {
         return make<CVariantInt64>(negative ? int64_t(0 - integer) : int64_t(integer));
     }
@@ -282,6 +321,23 @@ P<IVariant> CJsonParser::parseNumber() {
     }
     if (beyondInt64 || fraction >= 0.00001 || exponent > 1) return make<CVariantDouble>(value);
     return make<CVariantInt64>(truncateToInt64(value));
+}
+
+P<IVariant> CJsonParser::makeExactNumber(bool hasFractionOrExponent) const {
+    const char* first = m_number.data();
+    const char* last = first + m_number.size();
+    if (!hasFractionOrExponent) {
+        int64_t signedValue = 0;
+        if (std::from_chars(first, last, signedValue).ec == std::errc()) return make<CVariantInt64>(signedValue);
+        uint64_t unsignedValue = 0;
+        if (std::from_chars(first, last, unsignedValue).ec == std::errc()) return make<CVariantUInt64>(unsignedValue);
+    }
+    double value = 0;
+    if (std::from_chars(first, last, value).ec == std::errc::result_out_of_range) {
+        value = isTooLarge(m_number) ? std::numeric_limits<double>::infinity() : 0.0;
+        if (*first == '-') value = -value;
+    }
+    return make<CVariantDouble>(value);
 }
 
 int32_t CJsonParser::readRequiredDigit() {

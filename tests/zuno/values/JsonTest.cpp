@@ -116,6 +116,12 @@ std::string readAll(IInStream& stream, int32_t piece) {
     return bytes;
 }
 
+// The double a variant holds, bit for bit (getDouble() would also accept integers).
+template <class T>
+const T& variantValue(const IVariant& variant) {
+    return dynamic_cast<const CVariant<T>&>(variant).getValue();
+}
+
 } // namespace
 
 TEST(Variant, EachClassHasItsKindAndValue) {
@@ -389,6 +395,106 @@ TEST(JsonPrinter, DoublesPrintAsPercentGOnEveryPlatform) {
         char expected[40];
         std::snprintf(expected, sizeof expected, "[%g]", value);
         ASSERT_EQ(print(arrayOf({make<CVariantDouble>(value)})), expected) << std::hexfloat << value;
+    }
+}
+
+TEST(JsonExactMode, NumbersReadInFullOrAsCorrectlyRoundedDoubles) {
+    struct Case { const char* text; IVariant::Kind kind; const char* printed; };
+    using K = IVariant::Kind;
+    const Case cases[] = {
+        {"9223372036854775807", K::Int64, "9223372036854775807"},
+        {"-9223372036854775808", K::Int64, "-9223372036854775808"},
+        {"9223372036854775808", K::UInt64, "9223372036854775808"},
+        {"18446744073709551615", K::UInt64, "18446744073709551615"},
+        {"18446744073709551616", K::Double, "18446744073709551616.0"},
+        {"-9223372036854775809", K::Double, "-9223372036854775808.0"},
+        {"-0", K::Int64, "0"},
+        {"-", K::Int64, "0"},
+        {"1.000001", K::Double, "1.000001"},
+        {"1.0", K::Double, "1.0"},
+        {"5e-1", K::Double, "0.5"},
+        {"1e1", K::Double, "10.0"},
+        {"-.5", K::Double, "-0.5"},
+        {"1e-+5", K::Double, "1e-05"},
+        {"0.1", K::Double, "0.1"},
+        {"1e-300", K::Double, "1e-300"},
+        {"-0.0", K::Double, "-0.0"},
+        {"2.2250738585072011e-308", K::Double, "2.225073858507201e-308"},
+        {"0.30000000000000004", K::Double, "0.30000000000000004"},
+        {"123456789012345678901234567890", K::Double, "1.2345678901234568e+29"},
+        {"1e400", K::Double, "null"},
+        {"-1e400", K::Double, "null"},
+        {"1e999999999999", K::Double, "null"},
+        {"1e-400", K::Double, "0.0"},
+        {"-0.0000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+         "00000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+         "00000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+         "00000000000000000000000000000000000000000001", K::Double, "-0.0"},
+        {"100000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+         "00000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+         "00000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+         "000000000000000000000000000000000000000000000000000e-1", K::Double, "null"},
+    };
+    for (const Case& c : cases) {
+        const P<IVariant> root = CJsonParser::parse(String::fromUTF8ToWide(std::string("[") + c.text + "]"), JsonMode::Exact);
+        const P<IVariant> number = root->asArray().getAt(0);
+        EXPECT_EQ(number->getKind(), c.kind) << c.text;
+        EXPECT_EQ(CJsonPrinter(false, JsonMode::Exact).print(*root).toStdString(), std::string("[") + c.printed + "]")
+            << c.text;
+    }
+}
+
+TEST(JsonExactMode, EveryValueReadsBackAsTheSameKindAndValue) {
+    std::vector<P<IVariant>> values = {
+        make<CVariantInt64>(std::numeric_limits<int64_t>::min()), make<CVariantInt64>(std::numeric_limits<int64_t>::max()),
+        make<CVariantUInt64>(std::numeric_limits<uint64_t>::max()), make<CVariantDouble>(1.000001),
+        make<CVariantDouble>(100), make<CVariantDouble>(5e-324), make<CVariantDouble>(1.7976931348623157e308),
+        make<CVariantDouble>(-0.0), make<CVariantDouble>(1e21), make<CVariantDouble>(1e-7)};
+    std::wstring controls;
+    for (wchar_t c = 0; c < 0x20; ++c) controls += c;
+    controls += L"\"\\/\x7f\u00e9\U0001F600";
+    values.push_back(make<CVariantString>(String(controls.c_str(), int32_t(controls.size()))));
+    std::mt19937_64 random(11);
+    for (int i = 0; i < 20000; ++i) {
+        const uint64_t bits = random();
+        double value;
+        std::memcpy(&value, &bits, sizeof value);
+        if (std::isfinite(value)) values.push_back(make<CVariantDouble>(value));
+    }
+    const P<IVariant> tree = make<CVariantArray>(values);
+    for (const bool pretty : {false, true}) {
+        const String text = CJsonPrinter(pretty, JsonMode::Exact).print(*tree);
+        for (const wchar_t c : text.toStdWString()) ASSERT_FALSE(c < 0x20 && c != L'\n' && c != L'\t') << int(c);
+        const P<IVariant> back = CJsonParser::parse(text, JsonMode::Exact);
+        ASSERT_EQ(back->asArray().getCount(), int32_t(values.size()));
+        for (size_t i = 0; i < values.size(); ++i) {
+            const IVariant& original = *values[i];
+            const IVariant& read = *back->asArray().getAt(int32_t(i));
+            ASSERT_EQ(read.getKind(), original.getKind()) << i;
+            if (original.isDouble()) {
+                ASSERT_EQ(std::memcmp(&variantValue<double>(read), &variantValue<double>(original), sizeof(double)), 0)
+                    << std::hexfloat << original.getDouble();
+            } else if (original.isString()) {
+                ASSERT_EQ(read.getString(), original.getString());
+            } else if (original.isUInt64()) {
+                ASSERT_EQ(read.getUInt64(), original.getUInt64());
+            } else {
+                ASSERT_EQ(read.getInt64(), original.getInt64());
+            }
+        }
+    }
+}
+
+TEST(JsonExactMode, StringsEscapeControlCharactersAndLoneSurrogates) {
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"\x01\x1f\x7f", L"\"\\u0001\\u001F\x7f\""},
+        {L"\b\f\n\r\t\"\\/", L"\"\\b\\f\\n\\r\\t\\\"\\\\/\""},
+        {L"a\xD800z", L"\"a\\uD800z\""},
+        {L"\U0001F600", L"\"\U0001F600\""},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(CJsonPrinter(false, JsonMode::Exact).print(*arrayOf({make<CVariantString>(String(c.first))})),
+                  String((std::wstring(L"[") + c.second + L"]").c_str()));
     }
 }
 
