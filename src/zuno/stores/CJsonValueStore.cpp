@@ -39,7 +39,7 @@ int64_t lineAt(const std::string& bytes, int64_t units) {
 class StoreJsonParser : public CJsonParser {
 public:
     StoreJsonParser(const std::string& bytes, const P<IURI>& uri)
-        : CJsonParser(make<CUTF8InStream>(bytes)), m_bytes(bytes), m_uri(uri) {}
+        : CJsonParser(make<CUTF8InStream>(bytes), JsonMode::Exact), m_bytes(bytes), m_uri(uri) {}
 
 protected:
     void raiseError(const String& message) const override {
@@ -209,7 +209,7 @@ bool CJsonValueStore::removeSubStore(const String& name) {
 }
 
 std::string CJsonValueStore::toJson() const {
-    return CJsonPrinter(true).print(*m_document->root).toStdString() + "\n";
+    return CJsonPrinter(true, JsonMode::Exact).print(*m_document->root).toStdString() + "\n";
 }
 
 void CJsonValueStore::store() {
