@@ -1,7 +1,7 @@
 #include "CMailerFileReader.h"
+#include "xmlNestingDepth.h"
 
 #include <zuno/CURI.h>
-#include <zuno/xmlNestingDepth.h>
 
 #include <string>
 
