@@ -168,7 +168,12 @@ P<IVariant> CXmlValueStore::readValue(const String& name) {
 }
 
 void CXmlValueStore::writeValue(const String& name, const P<IVariant>& value) {
-    element().SetAttribute(xmlName(name, "setValue"), attributeText(*value));
+    const std::string text = attributeText(*value);
+    // XML cannot hold U+0000 (TinyXML reads "&#x00;" as the end of the value): refused
+    // rather than cut short.
+    if (text.find('\0') != std::string::npos)
+        throw CInvalidArgError(this, nullptr, "setValue", L"a text with the character U+0000 for '" + name + L"'");
+    element().SetAttribute(xmlName(name, "setValue"), text);
     m_document->modified = true;
 }
 

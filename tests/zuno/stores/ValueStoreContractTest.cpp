@@ -92,6 +92,15 @@ TEST_P(ValueStoreContract, everyValueReadsBackExactlyInKindAndValue) {
         EXPECT_EQ(read->getString(L"text" + String::fromWide(std::to_wstring(i)), L"default"), texts[i]) << i;
     EXPECT_TRUE(read->getBoolean(L"yes", false));
     EXPECT_FALSE(read->getBoolean(L"no", true));
+
+    // U+0000: kept where the format can hold it, refused where it cannot (XML).
+    const String withNul = String::fromChars(std::u32string(U"a\0b", 3));
+    if (GetParam().name == "xml") {
+        EXPECT_THROW(store->setString(L"nul", withNul), CInvalidArgError);
+    } else {
+        store->setString(L"nul", withNul);
+        EXPECT_EQ(reopened(store)->getString(L"nul", L""), withNul);
+    }
 }
 
 TEST_P(ValueStoreContract, namesWithBlanksLeadingDigitsAndDashesReadBackAsTheyWereGiven) {
