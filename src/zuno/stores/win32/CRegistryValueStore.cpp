@@ -4,6 +4,7 @@
 #include <zuno/CError.h>
 #include <zuno/CObjectError.h>
 #include <zuno/CURI.h>
+#include <zuno/CVariantBoolean.h>
 #include <zuno/CVariantInt64.h>
 #include <zuno/CVariantString.h>
 #include <zuno/messageTexts.h>
@@ -126,6 +127,8 @@ P<IVariant> CRegistryValueStore::readValue(const String& name) {
     case REG_DWORD: {
         DWORD value = 0;
         std::memcpy(&value, data.data(), std::min(data.size(), sizeof value));
+        // Booleans are stored as DWORD 0 or 1, integers as QWORD (getInt64 reads any DWORD).
+        if (value <= 1) return make<CVariantBoolean>(value == 1);
         return make<CVariantInt64>(int64_t(value));
     }
     case REG_QWORD: {

@@ -10,7 +10,9 @@ namespace zuno::win32 {
 // key: its first segment the base key ("HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE",
 // "HKEY_CLASSES_ROOT" or "HKEY_USERS"), the others the sub-key path; empty segments (a
 // trailing "/") are skipped. Texts are REG_SZ, integers REG_QWORD, booleans REG_DWORD 0 or
-// 1, doubles REG_SZ in their shortest exact form. Changes are written at once; store()
+// 1, doubles REG_SZ in their shortest exact form; a DWORD 0 or 1 reads as a boolean (and
+// getInt64 reads any DWORD), and a QWORD's 64 bits are read as the kind asked for, since
+// the registry does not tell signed from unsigned. Changes are written at once; store()
 // has nothing left to do. A missing key opened for reading only is an empty store.
 class CRegistryValueStore : public CValueStoreBase {
 public:

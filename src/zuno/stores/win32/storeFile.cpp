@@ -21,6 +21,12 @@ bool isFolder(const std::wstring& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
+// The folder of a full path, with its separator ("C:\" for "C:\x.xml").
+std::wstring folderOf(const std::wstring& path) {
+    const size_t separator = path.find_last_of(L"\\/");
+    return separator == std::wstring::npos ? std::wstring(L".") : path.substr(0, separator + 1);
+}
+
 // A name beside the file that no other writer in this or another process picks.
 std::wstring temporaryName(const std::wstring& path) {
     static std::atomic<unsigned> counter{0};
@@ -60,7 +66,9 @@ bool read(const P<IURI>& uri, std::string& bytes, const String& operation) {
                                     nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         const DWORD error = GetLastError();
-        if (error == ERROR_FILE_NOT_FOUND) return false;
+        // (Wine answers "file not found" on a drive that does not exist, too.)
+        if (error == ERROR_FILE_NOT_FOUND && isFolder(folderOf(path))) return false;
+        if (error == ERROR_FILE_NOT_FOUND) throwReadError(uri, operation, ERROR_PATH_NOT_FOUND);
         if (error == ERROR_ACCESS_DENIED) throw CFileAccessDeniedError(uri);
         throwReadError(uri, operation, error);
     }
