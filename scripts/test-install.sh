@@ -1,0 +1,156 @@
+#!/usr/bin/env bash
+# What users of an install get: installs a Linux build into a temporary prefix, builds
+# examples/library against it with find_package(zuno CONFIG) and with pkg-config and runs
+# both, makes the Debian packages and checks their contents and dependencies. Given a
+# Windows build too, does the same with find_package under Wine and checks the .zip.
+#   scripts/test-install.sh LINUX_BUILD_DIR [WINDOWS_BUILD_DIR]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+root=$PWD
+linux_build=$(realpath "${1:-build/linux}")
+windows_build=${2:+$(realpath "$2")}
+source scripts/wine.sh
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+failures=0
+fail() { echo "FAILED: $*" >&2; failures=$((failures + 1)); }
+
+# What the example prints (the JSON pretty-printed, a formatted line, a URI taken apart, a
+# filled mail).
+expected=$(cat <<'OUT'
+{
+	"customer": "Ada Lovelace",
+	"address": "ada@example.org",
+	"items": [
+		3,
+		4.5
+	],
+	"invoice": "file:///tmp/invoice%20no%207.pdf"
+}
+Ada Lovelace ordered 2 items, the last for 4.50
+scheme file, file invoice no 7.pdf, path /tmp/invoice no 7.pdf
+mail to ada@example.org: Invoice for Ada Lovelace, 1 attachment
+OUT
+)
+
+check_run() {  # description, command...: runs the example, compares its output
+    local description=$1 output; shift
+    if ! output=$("$@" | tr -d '\r'); then
+        fail "$description: the example failed"
+    elif [ "$output" != "$expected" ]; then
+        fail "$description: unexpected output"
+        diff <(echo "$expected") <(echo "$output") >&2 || true
+    else
+        echo "   $description: ok"
+    fi
+}
+
+expect_files() {  # description, listing, paths... (extended regular expressions, one per line)
+    local description=$1 listing=$2 path; shift 2
+    for path in "$@"; do
+        grep -Eq "$path" <<<"$listing" || fail "$description lacks $path"
+    done
+}
+
+refuse_files() {  # description, listing, pattern
+    if grep -Eq "$3" <<<"$2"; then fail "$1 holds $(grep -E "$3" <<<"$2" | head -n 3 | tr '\n' ' ')"; fi
+}
+
+# --- Linux: the installed tree ---------------------------------------------------------
+prefix=$work/linux
+echo "== install: $linux_build into a temporary prefix"
+cmake --install "$linux_build" --prefix "$prefix" >/dev/null
+installed=$(cd "$prefix" && find . -type f -o -type l | sort)
+expect_files "the installed tree" "$installed" \
+    '^\./bin/mailer$' '^\./bin/zuno-json$' '^\./include/zuno/CString\.h$' '^\./include/zuno/P\.h$' \
+    '/libzuno\.a$' '/libzuno\.so$' '/cmake/zuno/zunoConfig\.cmake$' '/cmake/zuno/FindTinyXML\.cmake$' \
+    '/pkgconfig/zuno\.pc$' '/man1/mailer\.1$' '/man1/zuno-json\.1$' '/doc/zuno/LICENSE$'
+# Only public headers: the framework's platform headers stay inside the build.
+refuse_files "the installed tree" "$installed" '^\./include/zuno/.+/|^\./include/[^z]'
+for header in $(find src/zuno -name '*.h' -printf '%f\n'); do
+    refuse_files "the installed tree" "$installed" "^\./include/zuno/${header//./\\.}\$"
+done
+pc_dir=$(dirname "$(find "$prefix" -name zuno.pc | head -n 1)")
+lib_dir=$(dirname "$pc_dir")
+
+echo "== example: find_package(zuno CONFIG) against the installed tree"
+cmake -S examples/library -B "$work/example-cmake" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake --build "$work/example-cmake" >/dev/null
+check_run "find_package, static library" "$work/example-cmake/zuno-example"
+
+echo "== example: pkg-config against the installed tree"
+cp -r examples/library "$work/example-pkg-config"
+PKG_CONFIG_PATH="$pc_dir" make -s -C "$work/example-pkg-config" >/dev/null
+# pkg-config links the shared library, found here through LD_LIBRARY_PATH.
+readelf -d "$work/example-pkg-config/zuno-example" | grep -q 'NEEDED.*libzuno\.so' \
+    || fail "the pkg-config build did not link libzuno.so"
+check_run "pkg-config, shared library" env LD_LIBRARY_PATH="$lib_dir" "$work/example-pkg-config/zuno-example"
+
+# --- Linux: Debian packages ------------------------------------------------------------
+echo "== package: .deb"
+rm -rf "$linux_build/packages"
+(cd "$linux_build" && cpack -G DEB >/dev/null)
+deb() { ls "$linux_build"/packages/"$1"_*.deb 2>/dev/null | head -n 1; }
+for package in mailer libzuno0 libzuno-dev; do
+    [ -n "$(deb $package)" ] || fail "no $package package"
+done
+if [ -n "$(deb mailer)" ] && [ -n "$(deb libzuno0)" ] && [ -n "$(deb libzuno-dev)" ]; then
+    expect_files "mailer.deb" "$(dpkg-deb -c "$(deb mailer)")" \
+        ' \./usr/bin/mailer$' ' \./usr/bin/zuno-json$' '/man1/mailer\.1' '/man1/zuno-json\.1'
+    refuse_files "mailer.deb" "$(dpkg-deb -c "$(deb mailer)")" '/include/|\.a$|\.so'
+    expect_files "mailer.deb's dependencies" "$(dpkg-deb -f "$(deb mailer)" Depends)" \
+        'libtinyxml' 'libstdc\+\+6' 'libc6'
+    expect_files "libzuno0.deb" "$(dpkg-deb -c "$(deb libzuno0)")" '/libzuno\.so\.0'
+    expect_files "libzuno-dev.deb" "$(dpkg-deb -c "$(deb libzuno-dev)")" \
+        '/usr/include/zuno/CString\.h$' '/libzuno\.a$' '/libzuno\.so ' '/cmake/zuno/zunoConfig\.cmake$' \
+        '/pkgconfig/zuno\.pc$'
+    expect_files "libzuno-dev.deb's dependencies" "$(dpkg-deb -f "$(deb libzuno-dev)" Depends)" \
+        'libtinyxml-dev' 'libzuno0 \(= '
+
+    # The packages' tree, unpacked elsewhere, serves a build as well as the installed one.
+    for package in libzuno0 libzuno-dev; do dpkg-deb -x "$(deb $package)" "$work/deb-root"; done
+    cmake -S examples/library -B "$work/example-deb" -G Ninja -DCMAKE_PREFIX_PATH="$work/deb-root/usr" >/dev/null \
+        && cmake --build "$work/example-deb" >/dev/null \
+        && check_run "find_package, unpacked .deb" "$work/example-deb/zuno-example" \
+        || fail "the example does not build against the unpacked packages"
+fi
+
+# --- Windows ---------------------------------------------------------------------------
+if [ -n "$windows_build" ]; then
+    prefix=$work/windows
+    echo "== install: $windows_build into a temporary prefix"
+    cmake --install "$windows_build" --prefix "$prefix" >/dev/null
+    echo "== example: find_package(zuno CONFIG) against the installed Windows tree"
+    cmake -S examples/library -B "$work/example-windows" -G Ninja \
+        -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-w64.cmake" -DCMAKE_PREFIX_PATH="$prefix" \
+        -DCMAKE_EXE_LINKER_FLAGS=-static >/dev/null
+    cmake --build "$work/example-windows" >/dev/null
+    if [ -n "$WINE" ]; then
+        check_run "find_package, Windows under Wine" \
+            env WINEPREFIX="${WINEPREFIX:-$windows_build/wineprefix}" WINEDEBUG=-all \
+            "$WINE" "$work/example-windows/zuno-example.exe"
+    else
+        echo "   no Wine: the Windows example was built, not run"
+    fi
+
+    echo "== package: .zip"
+    rm -rf "$windows_build/packages"
+    (cd "$windows_build" && cpack -G ZIP >/dev/null)
+    zip=$(ls "$windows_build"/packages/*.zip 2>/dev/null | head -n 1)
+    if [ -z "$zip" ]; then
+        fail "no .zip package"
+    else
+        listing=$(cmake -E tar tf "$zip")
+        expect_files "the .zip" "$listing" '/bin/mailer\.exe$' '/bin/zuno-json\.exe$' \
+            '/doc/README\.md$' '/doc/LICENSE$' '/doc/mailer-file\.md$' '/doc/zuno-json\.md$'
+        # The programs only: no library files, no test doubles.
+        refuse_files "the .zip" "$listing" '/include/|\.a$|\.dll$|/lib/'
+    fi
+fi
+
+if [ "$failures" -gt 0 ]; then
+    echo "install test: $failures failure(s)" >&2
+    exit 1
+fi
+echo "install test: all passed"
