@@ -49,12 +49,12 @@ check_run() {  # description, command...: runs the example, compares its output
 expect_files() {  # description, listing, paths... (extended regular expressions, one per line)
     local description=$1 listing=$2 path; shift 2
     for path in "$@"; do
-        grep -Eq "$path" <<<"$listing" || fail "$description lacks $path"
+        grep -Eq -e "$path" <<<"$listing" || fail "$description lacks $path"
     done
 }
 
 refuse_files() {  # description, listing, pattern
-    if grep -Eq "$3" <<<"$2"; then fail "$1 holds $(grep -E "$3" <<<"$2" | head -n 3 | tr '\n' ' ')"; fi
+    if grep -Eq -e "$3" <<<"$2"; then fail "$1 holds $(grep -E -e "$3" <<<"$2" | head -n 3 | tr '\n' ' ')"; fi
 }
 
 # --- Linux: the installed tree ---------------------------------------------------------
@@ -73,6 +73,13 @@ for header in $(find src/zuno -name '*.h' -printf '%f\n'); do
 done
 pc_dir=$(dirname "$(find "$prefix" -name zuno.pc | head -n 1)")
 lib_dir=$(dirname "$pc_dir")
+# The static library carries its link dependencies to the programs that use it, TinyXML
+# among them, whether or not today's example calls into it.
+expect_files "the CMake package's zuno::zuno" \
+    "$(grep -A3 'set_target_properties(zuno::zuno PROPERTIES' "$lib_dir"/cmake/zuno/zunoTargets.cmake)" \
+    'INTERFACE_LINK_LIBRARIES.*TinyXML::TinyXML' 'INTERFACE_LINK_LIBRARIES.*Threads::Threads'
+expect_files "pkg-config --static --libs zuno" "$(PKG_CONFIG_PATH="$pc_dir" pkg-config --static --libs zuno)" \
+    '-lzuno' '-ltinyxml' '-pthread'
 
 echo "== example: find_package(zuno CONFIG) against the installed tree"
 cmake -S examples/library -B "$work/example-cmake" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
