@@ -46,6 +46,17 @@ check_run() {  # description, command...: runs the example, compares its output
     fi
 }
 
+build_example() {  # description, build folder, cmake options...: builds examples/library
+    local description=$1 dir=$2; shift 2
+    if cmake -S examples/library -B "$dir" -G Ninja "$@" >"$dir.log" 2>&1 \
+        && cmake --build "$dir" >>"$dir.log" 2>&1; then
+        return 0
+    fi
+    fail "$description: the example does not build"
+    tail -n 15 "$dir.log" >&2
+    return 1
+}
+
 expect_files() {  # description, listing, paths... (extended regular expressions, one per line)
     local description=$1 listing=$2 path; shift 2
     for path in "$@"; do
@@ -82,17 +93,20 @@ expect_files "pkg-config --static --libs zuno" "$(PKG_CONFIG_PATH="$pc_dir" pkg-
     '-lzuno' '-ltinyxml' '-pthread'
 
 echo "== example: find_package(zuno CONFIG) against the installed tree"
-cmake -S examples/library -B "$work/example-cmake" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
-cmake --build "$work/example-cmake" >/dev/null
-check_run "find_package, static library" "$work/example-cmake/zuno-example"
+build_example "find_package" "$work/example-cmake" -DCMAKE_PREFIX_PATH="$prefix" \
+    && check_run "find_package, static library" "$work/example-cmake/zuno-example"
 
 echo "== example: pkg-config against the installed tree"
 cp -r examples/library "$work/example-pkg-config"
-PKG_CONFIG_PATH="$pc_dir" make -s -C "$work/example-pkg-config" >/dev/null
-# pkg-config links the shared library, found here through LD_LIBRARY_PATH.
-readelf -d "$work/example-pkg-config/zuno-example" | grep -q 'NEEDED.*libzuno\.so' \
-    || fail "the pkg-config build did not link libzuno.so"
-check_run "pkg-config, shared library" env LD_LIBRARY_PATH="$lib_dir" "$work/example-pkg-config/zuno-example"
+if PKG_CONFIG_PATH="$pc_dir" make -s -C "$work/example-pkg-config" >"$work/example-pkg-config.log" 2>&1; then
+    # pkg-config links the shared library, found here through LD_LIBRARY_PATH.
+    readelf -d "$work/example-pkg-config/zuno-example" | grep -q 'NEEDED.*libzuno\.so' \
+        || fail "the pkg-config build did not link libzuno.so"
+    check_run "pkg-config, shared library" env LD_LIBRARY_PATH="$lib_dir" "$work/example-pkg-config/zuno-example"
+else
+    fail "pkg-config: the example does not build"
+    tail -n 15 "$work/example-pkg-config.log" >&2
+fi
 
 # --- Linux: Debian packages ------------------------------------------------------------
 echo "== package: .deb"
@@ -117,10 +131,9 @@ if [ -n "$(deb mailer)" ] && [ -n "$(deb libzuno0)" ] && [ -n "$(deb libzuno-dev
 
     # The packages' tree, unpacked elsewhere, serves a build as well as the installed one.
     for package in libzuno0 libzuno-dev; do dpkg-deb -x "$(deb $package)" "$work/deb-root"; done
-    cmake -S examples/library -B "$work/example-deb" -G Ninja -DCMAKE_PREFIX_PATH="$work/deb-root/usr" >/dev/null \
-        && cmake --build "$work/example-deb" >/dev/null \
-        && check_run "find_package, unpacked .deb" "$work/example-deb/zuno-example" \
-        || fail "the example does not build against the unpacked packages"
+    build_example "find_package in the unpacked packages" "$work/example-deb" \
+        -DCMAKE_PREFIX_PATH="$work/deb-root/usr" \
+        && check_run "find_package, unpacked .deb" "$work/example-deb/zuno-example"
 fi
 
 # --- Windows ---------------------------------------------------------------------------
@@ -129,11 +142,11 @@ if [ -n "$windows_build" ]; then
     echo "== install: $windows_build into a temporary prefix"
     cmake --install "$windows_build" --prefix "$prefix" >/dev/null
     echo "== example: find_package(zuno CONFIG) against the installed Windows tree"
-    cmake -S examples/library -B "$work/example-windows" -G Ninja \
+    if ! build_example "find_package for Windows" "$work/example-windows" \
         -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-w64.cmake" -DCMAKE_PREFIX_PATH="$prefix" \
-        -DCMAKE_EXE_LINKER_FLAGS=-static >/dev/null
-    cmake --build "$work/example-windows" >/dev/null
-    if [ -n "$WINE" ]; then
+        -DCMAKE_EXE_LINKER_FLAGS=-static; then
+        :
+    elif [ -n "$WINE" ]; then
         check_run "find_package, Windows under Wine" \
             env WINEPREFIX="${WINEPREFIX:-$windows_build/wineprefix}" WINEDEBUG=-all \
             "$WINE" "$work/example-windows/zuno-example.exe"
