@@ -2,7 +2,8 @@
 # What users of an install get: installs a Linux build into a temporary prefix, builds
 # examples/library against it with find_package(zuno CONFIG) and with pkg-config and runs
 # both, makes the Debian packages and checks their contents and dependencies. Given a
-# Windows build too, does the same with find_package under Wine and checks the .zip.
+# Windows build too, does the same for Windows (the example cross-built both ways and run
+# under Wine) and checks the .zip.
 #   scripts/test-install.sh LINUX_BUILD_DIR [WINDOWS_BUILD_DIR]
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -46,6 +47,16 @@ check_run() {  # description, command...: runs the example, compares its output
     fi
 }
 
+run_on_windows() {  # description, program (a build failure is reported already)
+    [ -f "$2" ] || return 0
+    if [ -z "$WINE" ]; then
+        echo "   $1: built, not run (no Wine)"
+        return 0
+    fi
+    check_run "$1" env WINEPREFIX="${WINEPREFIX:-$windows_build/wineprefix}" WINEDEBUG=-all \
+        WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-mscoree,mshtml=}" "$WINE" "$2"
+}
+
 build_example() {  # description, build folder, cmake options...: builds examples/library
     local description=$1 dir=$2; shift 2
     if cmake -S examples/library -B "$dir" -G Ninja "$@" >"$dir.log" 2>&1 \
@@ -55,6 +66,10 @@ build_example() {  # description, build folder, cmake options...: builds example
     fail "$description: the example does not build"
     tail -n 15 "$dir.log" >&2
     return 1
+}
+
+make_packages() {  # build folder, generator
+    (cd "$1" && cpack -G "$2" >"$work/cpack-$2.log" 2>&1) || { fail "cpack -G $2"; tail -n 15 "$work/cpack-$2.log" >&2; }
 }
 
 expect_files() {  # description, listing, paths... (extended regular expressions, one per line)
@@ -111,7 +126,7 @@ fi
 # --- Linux: Debian packages ------------------------------------------------------------
 echo "== package: .deb"
 rm -rf "$linux_build/packages"
-(cd "$linux_build" && cpack -G DEB >/dev/null)
+make_packages "$linux_build" DEB
 deb() { ls "$linux_build"/packages/"$1"_*.deb 2>/dev/null | head -n 1; }
 for package in mailer libzuno0 libzuno-dev; do
     [ -n "$(deb $package)" ] || fail "no $package package"
@@ -142,21 +157,22 @@ if [ -n "$windows_build" ]; then
     echo "== install: $windows_build into a temporary prefix"
     cmake --install "$windows_build" --prefix "$prefix" >/dev/null
     echo "== example: find_package(zuno CONFIG) against the installed Windows tree"
-    if ! build_example "find_package for Windows" "$work/example-windows" \
+    build_example "find_package for Windows" "$work/example-windows" \
         -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-w64.cmake" -DCMAKE_PREFIX_PATH="$prefix" \
-        -DCMAKE_EXE_LINKER_FLAGS=-static; then
-        :
-    elif [ -n "$WINE" ]; then
-        check_run "find_package, Windows under Wine" \
-            env WINEPREFIX="${WINEPREFIX:-$windows_build/wineprefix}" WINEDEBUG=-all \
-            "$WINE" "$work/example-windows/zuno-example.exe"
-    else
-        echo "   no Wine: the Windows example was built, not run"
+        -DCMAKE_EXE_LINKER_FLAGS=-static || true
+    echo "== example: pkg-config against the installed Windows tree"
+    cp -r examples/library "$work/example-windows-pkg-config"
+    if ! PKG_CONFIG_PATH="$prefix/lib/pkgconfig" make -s -C "$work/example-windows-pkg-config" \
+        CXX=x86_64-w64-mingw32-g++-posix LDFLAGS=-static >"$work/example-windows-pkg-config.log" 2>&1; then
+        fail "pkg-config for Windows: the example does not build"
+        tail -n 15 "$work/example-windows-pkg-config.log" >&2
     fi
+    run_on_windows "find_package, Windows under Wine" "$work/example-windows/zuno-example.exe"
+    run_on_windows "pkg-config, Windows under Wine" "$work/example-windows-pkg-config/zuno-example.exe"
 
     echo "== package: .zip"
     rm -rf "$windows_build/packages"
-    (cd "$windows_build" && cpack -G ZIP >/dev/null)
+    make_packages "$windows_build" ZIP
     zip=$(ls "$windows_build"/packages/*.zip 2>/dev/null | head -n 1)
     if [ -z "$zip" ]; then
         fail "no .zip package"
