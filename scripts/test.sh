@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the three configurations (Linux, Linux with
 # AddressSanitizer and UndefinedBehaviorSanitizer, Windows cross-compiled with MinGW-w64)
-# and runs every test: natively, under the sanitizers and under Wine.
+# and runs every test: natively, under the sanitizers and under Wine; then tests the install
+# and the packages (scripts/test-install.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -51,4 +52,4 @@ if [ ${#failed[@]} -gt 0 ]; then
     echo "FAILED: ${failed[*]}"
     exit 1
 fi
-echo "All tests passed: Linux, sanitizers, Windows under Wine."
+echo "All tests passed: Linux, sanitizers, Windows under Wine, install and packages."
