@@ -1,6 +1,7 @@
 // A small program built against the installed zuno library: it reads a JSON order, formats
 // a line from it, takes apart the URI of its attachment and fills a mail object with it,
 // without sending it. It prints what it did; the install test compares that output.
+#include <zuno/CException.h>
 #include <zuno/CJsonParser.h>
 #include <zuno/CJsonPrinter.h>
 #include <zuno/CMail.h>
@@ -14,7 +15,9 @@
 
 using namespace zuno;
 
-int main() {
+namespace {
+
+void run() {
     const String json =
         "{\"customer\": \"Ada Lovelace\", \"address\": \"ada@example.org\", \"items\": [3, 4.5],"
         " \"invoice\": \"file:///tmp/invoice%20no%207.pdf\"}";
@@ -31,9 +34,8 @@ int main() {
     std::cout << line.toStdString() << '\n';
 
     const P<IURI> invoice = make<CURI>(fields.get("invoice")->getString());
-    std::cout << "scheme " << invoice->getScheme().toStdString() << ", file "
-              << invoice->getFileName().toStdString() << ", path "
-              << invoice->getDecodedPath().toStdString() << '\n';
+    std::cout << "scheme " << invoice->getScheme().toStdString() << ", file " << invoice->getFileName().toStdString()
+              << ", path " << invoice->getDecodedPath().toStdString() << '\n';
 
     // Filled, not sent: send() would open the user's mail client.
     const P<IMail> mail = getMailFactory()->createMail();
@@ -42,7 +44,19 @@ int main() {
     mail->addToRecipient(fields.get("address")->getString());
     mail->addAttachment(invoice);
     const P<CMail> filled = cast<CMail>(mail);
-    std::cout << "mail to " << filled->getToRecipients().at(0) << ": " << filled->getSubject().toStdString()
-              << ", " << filled->getAttachments().size() << " attachment\n";
-    return 0;
+    std::cout << "mail to " << filled->getToRecipients().at(0) << ": " << filled->getSubject().toStdString() << ", "
+              << filled->getAttachments().size() << " attachment\n";
+}
+
+} // namespace
+
+int main() {
+    // The framework reports errors (a JSON syntax error, a malformed URI) as exceptions.
+    try {
+        run();
+        return 0;
+    } catch (const CException& error) {
+        std::cerr << error.getMessage().toStdString() << '\n';
+        return 1;
+    }
 }
