@@ -9,6 +9,8 @@
 #include <zuno/messageTexts.h>
 #include <zuno/xmlNestingDepth.h>
 
+#include <tinyxml.h>
+
 #include <algorithm>
 #include <cctype>
 

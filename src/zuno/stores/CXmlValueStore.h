@@ -2,10 +2,10 @@
 
 #include "stores/CValueStoreBase.h"
 
-#include <tinyxml.h>
-
 #include <memory>
 #include <vector>
+
+class TiXmlElement;
 
 namespace zuno {
 
