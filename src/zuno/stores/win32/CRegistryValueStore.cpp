@@ -65,6 +65,13 @@ String textOfRegistryString(const std::vector<BYTE>& data) {
     return String(text, int32_t(count));
 }
 
+// A failed registry call, with its status for assignTo's message.
+class RegistryFailure : public CError {
+public:
+    RegistryFailure(const String& message, LSTATUS status) : CError(message), status(status) {}
+    LSTATUS status;
+};
+
 } // namespace
 
 HKEY CRegistryValueStore::baseKey(const String& name) {
@@ -99,8 +106,17 @@ CRegistryValueStore::~CRegistryValueStore() {
 }
 
 void CRegistryValueStore::throwFailure(const wchar_t* operation, LSTATUS status) const {
-    throw CError(String(operation) + L" failed for '" + getURI()->toString() + L"' (Code: " +
-                 valueText::fromInt64(status) + L", " + getSystemErrorText(uint32_t(status)) + L")");
+    throw RegistryFailure(String(operation) + L" failed for '" + getURI()->toString() + L"' (Code: " +
+                              valueText::fromInt64(status) + L", " + getSystemErrorText(uint32_t(status)) + L")",
+                          status);
+}
+
+void CRegistryValueStore::assignTo(const P<IValueStore>& target) {
+    try {
+        CValueStoreBase::assignTo(target);
+    } catch (const RegistryFailure& failure) {
+        throw CError(String(messageTexts::RegistryAssignToFailed).replace(L"%d", valueText::fromInt64(failure.status)));
+    }
 }
 
 P<IVariant> CRegistryValueStore::readValue(const String& name) {

@@ -31,6 +31,9 @@ public:
     bool removeSubStore(const String& name) override;
     void store() override {}
     void loadBinary(const std::string& data) override;
+    // A registry failure while copying raises "CRegistryValueStore::assignTo failed with
+    // 'CODE'".
+    void assignTo(const P<IValueStore>& target) override;
 
     // The predefined key of a base key's name, or null.
     static HKEY baseKey(const String& name);

@@ -86,3 +86,19 @@ TEST_F(RegistryValueStore, valuesWrittenByOtherProgramsReadAsTheirKind) {
     EXPECT_THROW(store->getString(L"binary", L""), CParseError);
     EXPECT_THROW(store->loadBinary("x"), CMethodNotImplementedError);
 }
+
+TEST_F(RegistryValueStore, aCopyThatFailsInTheRegistryNamesTheRegistryError) {
+    const P<IValueStore> source = openStore(TestURI + "/source");
+    source->setString(L"v", L"1");
+    ScratchFolder folder;
+    const P<IValueStore> target = openStore(fileURIText(folder / "copy.xml"));
+    ASSERT_EQ(RegDeleteTreeW(HKEY_CURRENT_USER, (TestKey + L"\\source").c_str()), ERROR_SUCCESS);
+    try {
+        source->assignTo(target);
+        ADD_FAILURE() << "the key is gone";
+    } catch (const CError& error) {
+        EXPECT_EQ(error.getMessage().toStdString().rfind("CRegistryValueStore::assignTo failed with '", 0), 0u)
+            << error.getMessage();
+        EXPECT_EQ(error.getMessage().toStdString().back(), '\'');
+    }
+}
