@@ -61,12 +61,10 @@ std::vector<std::string> filesIn(const std::filesystem::path& folder) {
 }
 
 std::vector<StoreBackend> storeBackends() {
-    // One folder for the whole run; each test's stores are told apart by their place.
-    static const std::filesystem::path folder = [] {
-        auto path = std::filesystem::temp_directory_path() / ("zuno-store-contract-" + std::to_string(std::random_device()()));
-        std::filesystem::create_directories(path);
-        return path;
-    }();
+    // One folder for the whole run, removed at its end; each test's stores are told apart
+    // by their place.
+    static const ScratchFolder scratch;
+    static const std::filesystem::path folder = scratch.path();
     const auto fileBackend = [](const std::string& extension) {
         return StoreBackend{extension,
                             [extension](const std::string& place) { return fileURIText(folder / (place + "." + extension)); },
