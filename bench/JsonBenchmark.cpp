@@ -1,5 +1,5 @@
 // Parsing, compact printing and pretty printing of the standard JSON corpora with the
-// framework, nlohmann-json and RapidJSON. Every iteration builds (or prints) and frees the
+// framework, nlohmann-json, RapidJSON and (parsing only) simdjson. Every iteration builds (or prints) and frees the
 // whole document; "allocs" counts the allocations of one iteration.
 #include "allocationCounter.h"
 #include "corpus.h"
@@ -15,6 +15,7 @@
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
+#include <simdjson.h>
 
 #include <string>
 
@@ -64,6 +65,44 @@ void rapidjsonParse(benchmark::State& state, std::string name) {
     });
 }
 
+// simdjson's DOM parser, reused across iterations as its documentation advises (it keeps
+// its buffers); the tree lives inside the parser.
+void simdjsonParse(benchmark::State& state, std::string name) {
+    const simdjson::padded_string bytes(corpusBytes(corpusPath(name)));
+    simdjson::dom::parser parser;
+    measure(state, [&] {
+        simdjson::dom::element root;
+        benchmark::DoNotOptimize(parser.parse(bytes).get(root));
+    });
+}
+
+// A document that is one string of 1 MiB, with a few escapes: the cost must grow linearly
+// with the string, as the others' does.
+const std::string& longString() {
+    static const std::string text = [] {
+        std::string body;
+        while (body.size() < (1u << 20)) body += "Lorem ipsum dolor sit amet, \\\"consectetur\\\" adipiscing elit\\n";
+        return "[\"" + body + "\"]";
+    }();
+    return text;
+}
+
+void zunoLongString(benchmark::State& state) {
+    const std::string& bytes = longString();
+    measure(state, [&] { benchmark::DoNotOptimize(CJsonParser(make<CUTF8InStream>(bytes)).parseDocument().get()); });
+    state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(bytes.size()));
+}
+
+void rapidjsonLongString(benchmark::State& state) {
+    const std::string& bytes = longString();
+    measure(state, [&] {
+        rapidjson::Document document;
+        document.Parse(bytes.c_str());
+        benchmark::DoNotOptimize(document.HasParseError());
+    });
+    state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(bytes.size()));
+}
+
 // Printing --------------------------------------------------------------------------------
 
 void zunoPrint(benchmark::State& state, std::string name, bool pretty) {
@@ -100,7 +139,7 @@ void rapidjsonPrint(benchmark::State& state, std::string name, bool pretty) {
 }
 
 // Names are json/<operation>/<corpus>/<library>; scripts/bench.sh relates each library to
-// nlohmann-json.
+// nlohmann-json and the framework to RapidJSON.
 const bool registered = [] {
     for (const std::string corpus : Corpora) {
         const std::string stem = corpus.substr(0, corpus.find('.'));
@@ -112,6 +151,7 @@ const bool registered = [] {
         benchmark::RegisterBenchmark(name("parse", "zuno-utf8-string").c_str(), zunoParseUTF8String, corpus);
         benchmark::RegisterBenchmark(name("parse", "nlohmann").c_str(), nlohmannParse, corpus);
         benchmark::RegisterBenchmark(name("parse", "rapidjson").c_str(), rapidjsonParse, corpus);
+        benchmark::RegisterBenchmark(name("parse", "simdjson").c_str(), simdjsonParse, corpus);
         for (const bool pretty : {false, true}) {
             const char* operation = pretty ? "pretty" : "compact";
             benchmark::RegisterBenchmark(name(operation, "zuno").c_str(), zunoPrint, corpus, pretty);
@@ -119,6 +159,8 @@ const bool registered = [] {
             benchmark::RegisterBenchmark(name(operation, "rapidjson").c_str(), rapidjsonPrint, corpus, pretty);
         }
     }
+    benchmark::RegisterBenchmark("json/parse/string-1MiB/zuno-utf8", zunoLongString);
+    benchmark::RegisterBenchmark("json/parse/string-1MiB/rapidjson", rapidjsonLongString);
     return true;
 }();
 
