@@ -150,9 +150,9 @@ P<IVariant> CJsonParser::parseArray(int32_t depth) {
         }
     }
     expectChar(u']');
-    const auto begin = m_values.begin() + std::ptrdiff_t(first);
-    P<CVariantArray> array =
-        make<CVariantArray>(std::vector<P<IVariant>>(std::make_move_iterator(begin), std::make_move_iterator(m_values.end())));
+    P<CVariantArray> array = make<CVariantArray>();
+    array->reserve(int32_t(m_values.size() - first));
+    for (size_t i = first; i < m_values.size(); ++i) array->add(std::move(m_values[i]));
     m_values.resize(first);
     return array;
 }
