@@ -22,6 +22,8 @@ namespace zuno {
 
 namespace {
 
+constexpr bool WideIsUTF16 = sizeof(wchar_t) == sizeof(char16_t);
+
 bool isDigit(int32_t c) { return c >= u'0' && c <= u'9'; }
 
 // Matches a letter in either case.
@@ -161,11 +163,17 @@ void CJsonParser::readString() {
     skipChar();  // the opening quote
     m_text.clear();
     for (;;) {
-        // Runs of plain characters are copied straight from the stream's window.
+        // Runs of plain characters are copied straight from the stream's window; where
+        // wchar_t has 32 bits, surrogates stop the run so that pairs are joined.
         const char16_t* run = m_cur;
-        while (run != m_end && *run != u'"' && *run != u'\\') ++run;
-        m_text.appendUTF16(m_cur, size_t(run - m_cur));
+        while (run != m_end && *run != u'"' && *run != u'\\' && !(!WideIsUTF16 && (*run & 0xF800) == 0xD800)) ++run;
+        wchar_t* out = m_text.extend(size_t(run - m_cur));
+        for (const char16_t* unit = m_cur; unit != run; ++unit) *out++ = wchar_t(*unit);
         m_cur = run;
+        if (run != m_end && *run != u'"' && *run != u'\\') {
+            m_text.appendUTF16(m_cur++, 1);
+            continue;
+        }
         if (run == m_end) {
             if (!fill()) raise(L"unexspected end of stream");
             continue;
