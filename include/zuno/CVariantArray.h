@@ -22,6 +22,8 @@ public:
     ~CVariantArray() override;
 
     Kind getKind() const override { return Kind::Array; }
+    using IVariant::asArray;
+    const CVariantArray& asArray() const override { return *this; }
 
     int32_t getCount() const { return int32_t(m_values.size()); }
     const Values& getValues() const { return m_values; }

@@ -29,6 +29,8 @@ public:
     ~CVariantMap() override;
 
     Kind getKind() const override { return Kind::Map; }
+    using IVariant::asMap;
+    const CVariantMap& asMap() const override { return *this; }
 
     int32_t getCount() const { return int32_t(m_entries.size()); }
     const Entries& getEntries() const { return m_entries; }
