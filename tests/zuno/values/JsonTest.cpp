@@ -333,8 +333,18 @@ TEST(JsonParser, EveryErrorHasItsMessage) {
         {"[1", endInBlanks},
         {"{", endInBlanks},
         {"[\f1]", "unknown object for parse value"},  // only tab, LF, CR and blank are white space
+        // Positions count UTF-16 code units, whatever the text is stored as.
+        {"[\"\xf0\x9f\x98\x80\xc3\xa9\" x]", "Expected char ']' not found at postion 7 - found 'x'"},
+        {"[1 \xf0\x9f\x98\x80]", "Expected char ']' not found at postion 3 - found '\xf0\x9f\x98\x80'"},
+        {"[tr\xc3\xa9", endOfStream},
+        {"[\"\\u12\xc3\xa9", "stream size to small for reading unicode char"},
     };
-    for (const auto& c : cases) EXPECT_EQ(parseError(c[0]), c[1]) << c[0];
+    for (const auto& c : cases) {
+        EXPECT_EQ(parseError(c[0]), c[1]) << c[0];
+        const std::string bytes = c[0];
+        EXPECT_EQ(answerFor([&] { return CJsonParser::parseUTF8(bytes.data(), bytes.size()); }), c[1]) << c[0];
+        EXPECT_EQ(answerFor([&] { return CJsonParser(make<CUTF8InStream>(bytes)).parseDocument(); }), c[1]) << c[0];
+    }
 }
 
 TEST(JsonParser, NestingIsLimited) {
@@ -511,12 +521,14 @@ TEST(JsonTestSuite, EveryFileGivesOurRecordedAnswer) {
         std::ifstream in(folder / name, std::ios::binary);
         ASSERT_TRUE(in.is_open()) << name << " cannot be read";
         const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-        // Through a String, and straight from the bytes: the same answer either way.
+        // Through a wide String, a UTF-8 String, a stream and straight from the bytes: the
+        // same answer every way.
         const std::string fromString = answerFor([&] { return CJsonParser::parse(String::fromUTF8ToWide(bytes)); });
-        const std::string fromBytes = answerFor([&] { return CJsonParser(make<CUTF8InStream>(bytes)).parseDocument(); });
         const std::string answer = fromString.compare(0, 6, "accept") == 0 ? "accept" : '"' + fromString + '"';
         EXPECT_EQ(answer, line.substr(name.size() + 1)) << name;
-        EXPECT_EQ(fromBytes, fromString) << name;
+        EXPECT_EQ(answerFor([&] { return CJsonParser(make<CUTF8InStream>(bytes)).parseDocument(); }), fromString) << name;
+        EXPECT_EQ(answerFor([&] { return CJsonParser::parseUTF8(bytes.data(), bytes.size()); }), fromString) << name;
+        EXPECT_EQ(answerFor([&] { return CJsonParser::parse(String::fromUTF8(bytes)); }), fromString) << name;
         ++files;
     }
     const std::filesystem::directory_iterator listing(folder);
