@@ -41,6 +41,29 @@ int32_t hexDigitValue(char16_t c) {
     return -1;
 }
 
+// Below this, ten times an integer plus a digit fits in 64 bits.
+constexpr uint64_t SafeToScale = std::numeric_limits<uint64_t>::max() / 10 - 1;
+
+// The terms d / 10^k of a fraction's digits, for the first places, computed exactly as the
+// digit-by-digit rule computes them (the divisor multiplied by ten per place), so that a
+// look-up gives the same bits as the division.
+constexpr size_t FractionPlaces = 24;
+struct FractionTable {
+    double terms[FractionPlaces][10];
+};
+const FractionTable& fractionTable() {
+    static const FractionTable table = [] {
+        FractionTable built{};
+        double divisor = 1;
+        for (size_t place = 0; place < FractionPlaces; ++place) {
+            divisor *= 10;
+            for (int digit = 0; digit < 10; ++digit) built.terms[place][digit] = digit / divisor;
+        }
+        return built;
+    }();
+    return table;
+}
+
 // A double truncated toward zero into the 64-bit range.
 int64_t truncateToInt64(double value) {
     if (value >= 9223372036854775807.0) return std::numeric_limits<int64_t>::max();
@@ -135,6 +158,16 @@ struct CJsonParser::MemorySource {
         }
     }
 
+    // Whether the eight bytes at `p` are ASCII other than a quote or a backslash.
+    static bool isPlainASCII(const unsigned char* p) {
+        constexpr uint64_t Ones = 0x0101010101010101u, HighBits = 0x8080808080808080u;
+        uint64_t bytes;
+        std::memcpy(&bytes, p, 8);
+        const uint64_t quotes = bytes ^ (Ones * '"'), backslashes = bytes ^ (Ones * '\\');
+        const uint64_t zeroQuote = (quotes - Ones) & ~quotes, zeroBackslash = (backslashes - Ones) & ~backslashes;
+        return ((zeroQuote | zeroBackslash | bytes) & HighBits) == 0;
+    }
+
     int32_t peek() {
         if (cur == end) return CParserBase::EndOfStream;
         if (isSimple(*cur)) return int32_t(uint32_t(*cur));
@@ -189,8 +222,16 @@ struct CJsonParser::MemorySource {
         for (;;) {
             const Unit* run = cur;
             if constexpr (IsUTF8) {
-                while (run != end && *run != '"' && *run != '\\') ++run;
-                text.appendUTF8(reinterpret_cast<const char*>(cur), size_t(run - cur));
+                // Plain ASCII, eight bytes at a time, is widened straight into the text.
+                while (end - run >= 8 && isPlainASCII(run)) run += 8;
+                bool ascii = true;
+                while (run != end && *run != '"' && *run != '\\') ascii &= *run++ < 0x80;
+                if (ascii) {
+                    wchar_t* out = text.extend(size_t(run - cur));
+                    for (const Unit* p = cur; p != run; ++p) *out++ = wchar_t(*p);
+                } else {
+                    text.appendUTF8(reinterpret_cast<const char*>(cur), size_t(run - cur));
+                }
                 cur = run;
                 return;
             } else if constexpr (IsUTF32) {
@@ -494,7 +535,7 @@ P<IVariant> CJsonParser::Reader<Source>::parseNumber() {
             const unsigned digit = unsigned(c - u'0');
             if (beyondInt64) {
                 bigInteger = bigInteger * 10 + digit;
-            } else if (integer > (std::numeric_limits<uint64_t>::max() - digit) / 10) {
+            } else if (integer >= SafeToScale && integer > (std::numeric_limits<uint64_t>::max() - digit) / 10) {
                 beyondInt64 = true;
                 bigInteger = double(integer) * 10 + digit;
             } else {
@@ -519,11 +560,14 @@ P<IVariant> CJsonParser::Reader<Source>::parseNumber() {
         if (exact) m_number.push_back('.');
         m_in.skip();
         double divisor = 1;
+        size_t place = 0;
+        const FractionTable& table = fractionTable();
         c = readRequiredDigit();
         do {
             if (exact) m_number.push_back(char(c));
             divisor *= 10;
-            fraction += (c - u'0') / divisor;
+            fraction += place < FractionPlaces ? table.terms[place][c - u'0'] : (c - u'0') / divisor;
+            ++place;
             m_in.skip();
             c = m_in.peek();
         } while (isDigit(c));
