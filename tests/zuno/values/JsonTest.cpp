@@ -287,6 +287,27 @@ TEST(JsonParser, NumbersFollowTheDigitByDigitRules) {
     EXPECT_EQ(element("12345678901234567")->getInt64(), 12345678901234567) << "integers are exact";
 }
 
+// The value of a number with a fraction of many digits is bit for bit the digit-by-digit
+// sum: integer part plus d / 10^k for each digit, the divisor multiplied by ten per place.
+TEST(JsonParser, FractionsAreSummedDigitByDigit) {
+    std::mt19937 random(5);
+    for (int i = 0; i < 20000; ++i) {
+        const int integer = int(random() % 1000);
+        std::string digits;
+        const int places = 1 + int(random() % 40);
+        for (int k = 0; k < places; ++k) digits += char('0' + random() % 10);
+        double fraction = 0, divisor = 1;
+        for (const char d : digits) {
+            divisor *= 10;
+            fraction += (d - '0') / divisor;
+        }
+        if (fraction < 0.00001) continue;
+        const double expected = -(integer + fraction);
+        const double parsed = element("-" + std::to_string(integer) + "." + digits)->getDouble();
+        ASSERT_EQ(std::memcmp(&parsed, &expected, sizeof parsed), 0) << integer << "." << digits;
+    }
+}
+
 TEST(JsonParser, StringsKeepEscapedCodeUnitsAsTheyAre) {
     const std::pair<const char*, const wchar_t*> cases[] = {
         {"\"\\\" \\\\ \\/ \\b \\f \\n \\r \\t\"", L"\" \\ / \b \f \n \r \t"},
