@@ -17,6 +17,7 @@
 #include <rapidjson/writer.h>
 #include <simdjson.h>
 
+#include <map>
 #include <string>
 
 using namespace zuno;
@@ -82,25 +83,27 @@ void simdjsonParse(benchmark::State& state, std::string name) {
     });
 }
 
-// A document that is one string of 1 MiB, with a few escapes: the cost must grow linearly
-// with the string, as the others' does.
-const std::string& longString() {
-    static const std::string text = [] {
+// A document that is one string of `mebibytes` MiB, with a few escapes: the cost must grow
+// linearly with the string, as the others' does.
+const std::string& longString(int mebibytes) {
+    static std::map<int, std::string> texts;
+    std::string& text = texts[mebibytes];
+    if (text.empty()) {
         std::string body;
-        while (body.size() < (1u << 20)) body += "Lorem ipsum dolor sit amet, \\\"consectetur\\\" adipiscing elit\\n";
-        return "[\"" + body + "\"]";
-    }();
+        while (body.size() < (size_t(mebibytes) << 20)) body += "Lorem ipsum dolor sit amet, \\\"consectetur\\\" adipiscing elit\\n";
+        text = "[\"" + body + "\"]";
+    }
     return text;
 }
 
-void zunoLongString(benchmark::State& state) {
-    const std::string& bytes = longString();
+void zunoLongString(benchmark::State& state, int mebibytes) {
+    const std::string& bytes = longString(mebibytes);
     measure(state, [&] { benchmark::DoNotOptimize(CJsonParser::parseUTF8(bytes.data(), bytes.size()).get()); });
     state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(bytes.size()));
 }
 
-void rapidjsonLongString(benchmark::State& state) {
-    const std::string& bytes = longString();
+void rapidjsonLongString(benchmark::State& state, int mebibytes) {
+    const std::string& bytes = longString(mebibytes);
     measure(state, [&] {
         rapidjson::Document document;
         document.Parse(bytes.c_str());
@@ -166,8 +169,11 @@ const bool registered = [] {
             benchmark::RegisterBenchmark(name(operation, "rapidjson").c_str(), rapidjsonPrint, corpus, pretty);
         }
     }
-    benchmark::RegisterBenchmark("json/parse/string-1MiB/zuno-bytes", zunoLongString);
-    benchmark::RegisterBenchmark("json/parse/string-1MiB/rapidjson", rapidjsonLongString);
+    for (const int mebibytes : {1, 8, 16}) {
+        const std::string group = "json/parse/string-" + std::to_string(mebibytes) + "MiB/";
+        benchmark::RegisterBenchmark((group + "zuno-bytes").c_str(), zunoLongString, mebibytes);
+        benchmark::RegisterBenchmark((group + "rapidjson").c_str(), rapidjsonLongString, mebibytes);
+    }
     return true;
 }();
 

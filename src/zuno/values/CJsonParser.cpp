@@ -320,6 +320,7 @@ private:
 
     static constexpr size_t KeyCacheSize = 1024;  // a power of two
     static constexpr size_t MaxCachedKeyLength = 64;
+    static constexpr size_t LongText = 16384;  // characters
 
     Source& m_in;
     JsonMode m_mode;
@@ -373,7 +374,9 @@ P<IVariant> CJsonParser::Reader<Source>::parseValue(int32_t depth) {
     switch (skipBlanks()) {
     case u'"':
         readString();
-        return make<CVariantString>(m_text.toString());
+        // A long text hands its buffer over instead of being copied; short ones are copied
+        // into one compact object, and the buffer serves the next string.
+        return make<CVariantString>(m_text.size() > LongText ? m_text.detachString() : m_text.toString());
     case u'-': case u'0': case u'1': case u'2': case u'3': case u'4':
     case u'5': case u'6': case u'7': case u'8': case u'9':
         return parseNumber();
