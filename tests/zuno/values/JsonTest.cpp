@@ -321,6 +321,22 @@ TEST(JsonParser, StringsKeepEscapedCodeUnitsAsTheyAre) {
     for (const auto& c : cases) EXPECT_EQ(element(c.first)->getString().toStdWString(), c.second) << c.first;
 }
 
+TEST(JsonParser, LongStringsAreReadWhole) {
+    std::string body;
+    for (int i = 0; i < 20000; ++i) body += i % 1000 ? "ab" : "\xc3\xa9\\n";
+    const std::string expected = [&] {
+        std::string text = body;
+        for (size_t at; (at = text.find("\\n")) != std::string::npos;) text.replace(at, 2, "\n");
+        return text;
+    }();
+    for (const int copies : {1, 2}) {  // the second string reuses the parser's buffer
+        std::string document = "[";
+        for (int i = 0; i < copies; ++i) document += std::string(i ? "," : "") + '"' + body + '"';
+        const P<IVariant> root = parse(document + "]");
+        for (int i = 0; i < copies; ++i) EXPECT_TRUE(root->asArray().getAt(i)->getString().toStdString() == expected);
+    }
+}
+
 TEST(JsonParser, EveryErrorHasItsMessage) {
     const char* const notRooted = "could not parse Json String, first element must be an object or an array";
     const char* const endOfStream = "unexspected end of stream";
