@@ -29,7 +29,9 @@ namespace zuno {
 //   take four hexadecimal digits that make one UTF-16 code unit, appended as it is;
 // - a repeated key in an object replaces the earlier value (CVariantMap::set).
 // Objects and arrays may nest at most MaxNesting deep. Every error is a CJsonParserError,
-// and no partial tree is returned.
+// and no partial tree is returned. Text in memory (parse, parseUTF8) is read where it is;
+// a stream is read a window at a time. Either way the grammar sees UTF-16 code units, and
+// positions in messages count them from 0.
 class CJsonParser : public CParserBase {
 public:
     static constexpr int32_t MaxNesting = 512;
