@@ -84,7 +84,10 @@ void* fromHeap(std::size_t total) {
 } // namespace
 
 void* CSmallObject::allocate(std::size_t bytes) {
-    if (bytes > MaxSmallBytes) return fromHeap(sizeof(Header) + bytes);
+    if (bytes > MaxSmallBytes) {
+        if (bytes > std::size_t(-1) - sizeof(Header)) throw std::bad_alloc();
+        return fromHeap(sizeof(Header) + bytes);
+    }
     const std::size_t total = sizeof(Header) + roundUp(bytes ? bytes : 1);
     Carver* carver = threadCarver();
     if (!carver) return fromHeap(total);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <thread>
 #include <vector>
 
@@ -54,4 +55,5 @@ TEST(SmallObject, BlocksAreDistinctAlignedAndFreedOnAnyThread) {
     checkAndFree(fromThread);
     checkAndFree(late);
     CSmallObject::free(nullptr);
+    EXPECT_THROW(CSmallObject::allocate(size_t(-1) - 4), std::bad_alloc);
 }
