@@ -1,10 +1,6 @@
 #pragma once
 
 #include <zuno/CParserBase.h>
-#include <zuno/CVariantBoolean.h>
-#include <zuno/CVariantMap.h>
-#include <zuno/CVariantNull.h>
-#include <zuno/CWideTextBuffer.h>
 #include <zuno/IPeekableInStream.h>
 #include <zuno/IVariant.h>
 #include <zuno/JsonMode.h>
@@ -13,8 +9,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
-#include <vector>
 
 namespace zuno {
 
@@ -35,15 +29,20 @@ namespace zuno {
 //   take four hexadecimal digits that make one UTF-16 code unit, appended as it is;
 // - a repeated key in an object replaces the earlier value (CVariantMap::set).
 // Objects and arrays may nest at most MaxNesting deep. Every error is a CJsonParserError,
-// and no partial tree is returned.
+// and no partial tree is returned. Text in memory (parse, parseUTF8) is read where it is;
+// a stream is read a window at a time. Either way the grammar sees UTF-16 code units, and
+// positions in messages count them from 0.
 class CJsonParser : public CParserBase {
 public:
     static constexpr int32_t MaxNesting = 512;
 
     explicit CJsonParser(P<IPeekableInStream> in, JsonMode mode = JsonMode::Default);
 
-    // The root map or array of `text`; null for an empty text.
+    // The root map or array of `text`; null for an empty text. The text is read where it
+    // is, in its own encoding.
     static P<IVariant> parse(const String& text, JsonMode mode = JsonMode::Default);
+    // The same from UTF-8 bytes (ill-formed ones read as U+FFFD), without a String first.
+    static P<IVariant> parseUTF8(const char* text, size_t size, JsonMode mode = JsonMode::Default);
 
     // The root map or array of the stream; null when the stream is empty.
     P<IVariant> parseDocument();
@@ -52,39 +51,16 @@ protected:
     void raiseError(const String& message) const override;
 
 private:
-    P<IVariant> parseValue(int32_t depth);
-    void checkNesting(int32_t depth) const;
-    P<IVariant> parseObject(int32_t depth);
-    P<IVariant> parseArray(int32_t depth);
-    // Reads a string into m_text.
-    void readString();
-    // The key just read, shared with earlier equal keys.
-    String internKey();
-    void parseEscape();
-    void parseUnicodeEscape();
-    P<IVariant> parseNumber();
-    // The number whose text is in m_number, read exactly.
-    P<IVariant> makeExactNumber(bool hasFractionOrExponent) const;
-    int32_t readRequiredDigit();
-    P<IVariant> parseBoolean();
-    void parseNull();
-
-    static constexpr size_t KeyCacheSize = 1024;  // a power of two
-    static constexpr size_t MaxCachedKeyLength = 64;
+    // Where the characters come from: the stream, or text in memory. Positions in messages
+    // count UTF-16 code units from 0 either way.
+    struct StreamSource;
+    template <class Unit>
+    struct MemorySource;
+    // The grammar, over one of the sources.
+    template <class Source>
+    class Reader;
 
     JsonMode m_mode;
-    CWideTextBuffer m_text;  // the string being read
-    std::string m_number;    // in exact mode, the number being read (ASCII)
-    // Elements and pairs of the arrays and objects being read, innermost last: each
-    // container is made once it is complete, with room for exactly its elements.
-    std::vector<P<IVariant>> m_values;
-    std::vector<CVariantMap::Entry> m_entries;
-    // Recent keys by hash: documents repeat their keys, which then share one text object.
-    std::vector<P<IString>> m_keyCache;
-    // Scalars are immutable, so one instance of each constant serves the whole tree.
-    P<IVariant> m_null;
-    P<IVariant> m_true;
-    P<IVariant> m_false;
 };
 
 } // namespace zuno

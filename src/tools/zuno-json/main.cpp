@@ -11,12 +11,10 @@
 #include <zuno/CError.h>
 #include <zuno/CJsonParser.h>
 #include <zuno/CJsonPrinter.h>
-#include <zuno/CUTF8InStream.h>
 
 #include <cstdio>
 #include <cstring>
 #include <string>
-#include <utility>
 
 using namespace zuno;
 
@@ -78,7 +76,7 @@ int main(int argc, char** argv) {
     }
 
     try {
-        const P<IVariant> root = CJsonParser(make<CUTF8InStream>(std::move(input)), mode).parseDocument();
+        const P<IVariant> root = CJsonParser::parseUTF8(input.data(), input.size(), mode);
         if (root) writeLine(stdout, CJsonPrinter(pretty, mode).print(*root).toStdString());
     } catch (const CJsonParserError& error) {
         writeLine(stderr, error.getMessage().toStdString());

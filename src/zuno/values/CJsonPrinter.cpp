@@ -21,6 +21,17 @@ namespace zuno {
 
 namespace {
 
+// Asks for the next element's objects while this one prints: a tree is mostly pointers,
+// and the wait for memory dominates printing otherwise.
+void prefetch(const void* first, const void* second) {
+#if defined(__GNUC__)
+    __builtin_prefetch(first);
+    if (second) __builtin_prefetch(second);
+#else
+    (void)first, (void)second;
+#endif
+}
+
 bool isSurrogate(uint32_t c) { return (c & 0xFFFFF800u) == 0xD800; }
 
 // Where wchar_t has 16 bits, whether the units at `i` are a high and a low surrogate, that
@@ -57,13 +68,17 @@ String CJsonPrinter::print(const IVariant& variant) {
         }
         if (frame.isMap) {
             // The container is checked when opened; its entries stay put while printing.
-            const CVariantMap::Entry& entry = static_cast<const CVariantMap*>(frame.container)->getEntries()[index];
+            const CVariantMap::Entry* entries = static_cast<const CVariantMap*>(frame.container)->getEntries().data();
+            if (index + 1 < frame.count) prefetch(entries[index + 1].value.get(), entries[index + 1].key.object().get());
+            const CVariantMap::Entry& entry = entries[index];
             printString(entry.key);
             m_out.append(L':');
             if (m_pretty) m_out.append(L' ');
             printValue(*entry.value);
         } else {
-            printValue(*static_cast<const CVariantArray*>(frame.container)->getValues()[index]);
+            const P<IVariant>* values = static_cast<const CVariantArray*>(frame.container)->getValues().data();
+            if (index + 1 < frame.count) prefetch(values[index + 1].get(), nullptr);
+            printValue(*values[index]);
         }
     }
     return m_out.detachString();

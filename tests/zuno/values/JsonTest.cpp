@@ -287,6 +287,27 @@ TEST(JsonParser, NumbersFollowTheDigitByDigitRules) {
     EXPECT_EQ(element("12345678901234567")->getInt64(), 12345678901234567) << "integers are exact";
 }
 
+// The value of a number with a fraction of many digits is bit for bit the digit-by-digit
+// sum: integer part plus d / 10^k for each digit, the divisor multiplied by ten per place.
+TEST(JsonParser, FractionsAreSummedDigitByDigit) {
+    std::mt19937 random(5);
+    for (int i = 0; i < 20000; ++i) {
+        const int integer = int(random() % 1000);
+        std::string digits;
+        const int places = 1 + int(random() % 40);
+        for (int k = 0; k < places; ++k) digits += char('0' + random() % 10);
+        double fraction = 0, divisor = 1;
+        for (const char d : digits) {
+            divisor *= 10;
+            fraction += (d - '0') / divisor;
+        }
+        if (fraction < 0.00001) continue;
+        const double expected = -(integer + fraction);
+        const double parsed = element("-" + std::to_string(integer) + "." + digits)->getDouble();
+        ASSERT_EQ(std::memcmp(&parsed, &expected, sizeof parsed), 0) << integer << "." << digits;
+    }
+}
+
 TEST(JsonParser, StringsKeepEscapedCodeUnitsAsTheyAre) {
     const std::pair<const char*, const wchar_t*> cases[] = {
         {"\"\\\" \\\\ \\/ \\b \\f \\n \\r \\t\"", L"\" \\ / \b \f \n \r \t"},
@@ -298,6 +319,22 @@ TEST(JsonParser, StringsKeepEscapedCodeUnitsAsTheyAre) {
         {"\"\"", L""},
     };
     for (const auto& c : cases) EXPECT_EQ(element(c.first)->getString().toStdWString(), c.second) << c.first;
+}
+
+TEST(JsonParser, LongStringsAreReadWhole) {
+    std::string body;
+    for (int i = 0; i < 20000; ++i) body += i % 1000 ? "ab" : "\xc3\xa9\\n";
+    const std::string expected = [&] {
+        std::string text = body;
+        for (size_t at; (at = text.find("\\n")) != std::string::npos;) text.replace(at, 2, "\n");
+        return text;
+    }();
+    for (const int copies : {1, 2}) {  // the second string reuses the parser's buffer
+        std::string document = "[";
+        for (int i = 0; i < copies; ++i) document += std::string(i ? "," : "") + '"' + body + '"';
+        const P<IVariant> root = parse(document + "]");
+        for (int i = 0; i < copies; ++i) EXPECT_TRUE(root->asArray().getAt(i)->getString().toStdString() == expected);
+    }
 }
 
 TEST(JsonParser, EveryErrorHasItsMessage) {
@@ -333,8 +370,18 @@ TEST(JsonParser, EveryErrorHasItsMessage) {
         {"[1", endInBlanks},
         {"{", endInBlanks},
         {"[\f1]", "unknown object for parse value"},  // only tab, LF, CR and blank are white space
+        // Positions count UTF-16 code units, whatever the text is stored as.
+        {"[\"\xf0\x9f\x98\x80\xc3\xa9\" x]", "Expected char ']' not found at postion 7 - found 'x'"},
+        {"[1 \xf0\x9f\x98\x80]", "Expected char ']' not found at postion 3 - found '\xf0\x9f\x98\x80'"},
+        {"[tr\xc3\xa9", endOfStream},
+        {"[\"\\u12\xc3\xa9", "stream size to small for reading unicode char"},
     };
-    for (const auto& c : cases) EXPECT_EQ(parseError(c[0]), c[1]) << c[0];
+    for (const auto& c : cases) {
+        EXPECT_EQ(parseError(c[0]), c[1]) << c[0];
+        const std::string bytes = c[0];
+        EXPECT_EQ(answerFor([&] { return CJsonParser::parseUTF8(bytes.data(), bytes.size()); }), c[1]) << c[0];
+        EXPECT_EQ(answerFor([&] { return CJsonParser(make<CUTF8InStream>(bytes)).parseDocument(); }), c[1]) << c[0];
+    }
 }
 
 TEST(JsonParser, NestingIsLimited) {
@@ -511,12 +558,14 @@ TEST(JsonTestSuite, EveryFileGivesOurRecordedAnswer) {
         std::ifstream in(folder / name, std::ios::binary);
         ASSERT_TRUE(in.is_open()) << name << " cannot be read";
         const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-        // Through a String, and straight from the bytes: the same answer either way.
+        // Through a wide String, a UTF-8 String, a stream and straight from the bytes: the
+        // same answer every way.
         const std::string fromString = answerFor([&] { return CJsonParser::parse(String::fromUTF8ToWide(bytes)); });
-        const std::string fromBytes = answerFor([&] { return CJsonParser(make<CUTF8InStream>(bytes)).parseDocument(); });
         const std::string answer = fromString.compare(0, 6, "accept") == 0 ? "accept" : '"' + fromString + '"';
         EXPECT_EQ(answer, line.substr(name.size() + 1)) << name;
-        EXPECT_EQ(fromBytes, fromString) << name;
+        EXPECT_EQ(answerFor([&] { return CJsonParser(make<CUTF8InStream>(bytes)).parseDocument(); }), fromString) << name;
+        EXPECT_EQ(answerFor([&] { return CJsonParser::parseUTF8(bytes.data(), bytes.size()); }), fromString) << name;
+        EXPECT_EQ(answerFor([&] { return CJsonParser::parse(String::fromUTF8(bytes)); }), fromString) << name;
         ++files;
     }
     const std::filesystem::directory_iterator listing(folder);
