@@ -35,7 +35,8 @@ TEST(ChildProcessTest, ProgramGetsDevNullAndDefaultSignals) {
     dup2(terminal[0], STDIN_FILENO);
     const auto previous = std::signal(SIGINT, SIG_IGN);
     const ChildOutcome outcome = startAndWait(
-        shell("r=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2; grep SigIgn /proc/$$/status); echo \"$r\" > \"$1\"",
+        shell("r=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2; grep SigIgn /proc/$$/status)\n"
+              "echo \"$r\" > \"$1\"",
               folder / "report"),
         Generous);
     std::signal(SIGINT, previous);
@@ -72,7 +73,8 @@ TEST(ChildProcessTest, OutcomeTellsHowTheProgramEnded) {
 TEST(ChildProcessTest, WaitEndsWithTheProgramOrTheTime) {
     const auto started = std::chrono::steady_clock::now();
     EXPECT_EQ(startAndWait(shell("exit 3"), milliseconds(600000)).state, State::Exited);
-    EXPECT_LT(std::chrono::steady_clock::now() - started, milliseconds(60000)) << "the wait did not end with the program";
+    EXPECT_LT(std::chrono::steady_clock::now() - started, milliseconds(60000))
+        << "the wait did not end with the program";
 
     TemporaryFolder folder;
     for (const milliseconds wait : {milliseconds(0), milliseconds(50)}) {
