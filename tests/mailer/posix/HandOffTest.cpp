@@ -221,6 +221,9 @@ TEST_F(HandOffTest, ExitStatusesBecomeSimpleMapiResults) {
             EXPECT_EQ(send({}), result) << "status " << status;
         }
     }
+    // However long the wait may be, a client that ends is seen ending.
+    TemporaryFolder::writeFile(standIn("status"), "1\n");
+    EXPECT_EQ(send({}, "9223372036854775807"), MailResult::Failure);
 }
 
 // A client that was not running yet stays in the foreground until the user quits it; with
