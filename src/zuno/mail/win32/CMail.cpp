@@ -1,4 +1,5 @@
 #include <zuno/CMail.h>
+#include <zuno/MailResult.h>
 #include "core/win32/windows.h"
 
 #include <mapi.h>
@@ -47,10 +48,10 @@ std::vector<MapiFileDesc> fileDescriptions(const std::vector<std::string>& paths
 // answer is MAPISendMail's own.
 int32_t CMail::send() {
     const HMODULE library = LoadLibraryA("MAPI32.DLL");
-    if (!library) return -1;
+    if (!library) return MailResult::NoMailClient;
     const auto sendMail =
         reinterpret_cast<LPMAPISENDMAIL>(reinterpret_cast<void*>(GetProcAddress(library, "MAPISendMail")));
-    if (!sendMail) return -2;
+    if (!sendMail) return MailResult::NoSendFunction;
 
     const std::string subject = toNarrow(m_subject);
     const std::string note = toNarrow(m_note);
