@@ -1,6 +1,7 @@
 """Reads a saved draft and compares it with the mail that was handed off."""
 
 import email
+import email.header
 import email.policy
 import email.utils
 import re
@@ -46,8 +47,24 @@ def attachments_of(message):
             continue
         if part.get_content_type() == "text/html" and part.get_filename() is None:
             continue  # the HTML alternative of the body
-        found.append((part.get_filename(), part.get_payload(decode=True)))
+        data = part.get_payload(decode=True)
+        if part.get_content_maintype() == "text":
+            # A text part travels in MIME's canonical form, CR LF line ends (Claws Mail
+            # converts, the others keep the file as it is); a reader gets its own line ends.
+            data = data.replace(b"\r\n", b"\n")
+        found.append((_file_name(part), data))
     return found
+
+
+def _file_name(part):
+    # Claws Mail writes a name holding double quotes between quotes without escaping them
+    # (filename="it's "quoted".bin"), which a parser ends at the second quote. The name the
+    # client was given is still all there: between the first and the last quote.
+    disposition = raw_header(part, "Content-Disposition")
+    unescaped = re.search(r'\bfilename="(.*)"\s*$', disposition, re.S)
+    if unescaped and '"' in unescaped.group(1) and "\\" not in unescaped.group(1):
+        return unescaped.group(1)
+    return part.get_filename()
 
 
 def header_text(message, name):
@@ -55,21 +72,37 @@ def header_text(message, name):
     return ", ".join(re.sub(r"\s*\r?\n\s*", " ", str(v)) for v in values)
 
 
+def raw_header(message, name):
+    """The header as written, unfolded but not decoded: an encoded display name such as
+    =?UTF-8?B?...?= may hold a comma once decoded, so addresses are split before that."""
+    values = [value for key, value in message.raw_items() if key.lower() == name.lower()]
+    return ", ".join(re.sub(r"\r?\n(?=[ \t])", "", str(v)) for v in values)
+
+
+def _decoded(words):
+    return str(email.header.make_header(email.header.decode_header(words)))
+
+
+# An address a mail could be delivered to: local part @ domain, nothing around them.
+DELIVERABLE = re.compile(r"^[A-Za-z0-9.!#$%&'*+/=?^_`{|}~-]+@[A-Za-z0-9-]+(\.[A-Za-z0-9-]+)+$")
+
+
 def recipient_problems(message, name, expected):
     """Each expected recipient must be one address with its display name intact, and
-    nothing else may be there. An invalid address must arrive as its verbatim text."""
-    text = header_text(message, name)
-    problems = []
-    for person in expected:
-        if person.address is None:
-            if person.text not in text:
-                problems.append(f"{name}: {person.text!r} not kept verbatim in {text!r}")
-            text = text.replace(f'"{person.text}"', "").replace(person.text, "")
-    got = [(n, a) for n, a in email.utils.getaddresses([text]) if n or a]
+    nothing else may be there. A text that is no address (address None) must not vanish
+    silently nor turn into a deliverable address: clients split it at its commas, but
+    every piece must stay visibly invalid."""
+    header = raw_header(message, name)
+    got = [(_decoded(n), a) for n, a in email.utils.getaddresses([header]) if n or a]
     want = [(p.name, p.address) for p in expected if p.address is not None]
+    if any(p.address is None for p in expected):
+        invalid = [entry for entry in got if not DELIVERABLE.match(entry[1])]
+        got = [entry for entry in got if DELIVERABLE.match(entry[1])]
+        if not invalid:
+            return [f"{name}: the invalid address vanished (header {header!r})"]
     if sorted(got) != sorted(want):
-        problems.append(f"{name}: expected {want}, draft has {got} (header {header_text(message, name)!r})")
-    return problems
+        return [f"{name}: expected {want}, draft has {got} (header {header!r})"]
+    return []
 
 
 def problems(raw, mail):

@@ -13,8 +13,8 @@ INJECTING_CC = "x@y.org',attachment='file:///etc/passwd',bcc='"
 class Recipient:
     text: str     # as the caller writes it in the mailer file
     name: str     # the display name the draft must keep
-    address: str  # the one address the draft must hold for it; None: an invalid address
-                  # whose text must arrive verbatim as one entry
+    address: str  # the one address the draft must hold for it; None for a text that is
+                  # no address and must stay visibly invalid
 
 
 @dataclass
@@ -71,7 +71,7 @@ HOSTILE = Mail(
         Recipient(INJECTING_CC, "", None)],
     bcc=[Recipient("Audit, Team <audit@example.org>", "Audit, Team", "audit@example.org")],
     attachments={
-        "report Q3, final.txt": "Grüße\r\nC:\\new\\cdir\n".encode(),
+        "report Q3, final.txt": "Grüße\nC:\\new\\cdir\n".encode(),
         "it's \"quoted\".bin": bytes(range(256)),
         "-dash & more.txt": b"--help\n",
     },

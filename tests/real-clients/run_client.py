@@ -232,7 +232,7 @@ def saved_draft(session, client, mail, known):
         raw = again or raw
 
 
-def run(client_name, limit):
+def run(client_name, limit, keep):
     client = CLIENTS[client_name]
     root = Path(tempfile.mkdtemp(prefix="real-clients-"))
     session = Session(root)
@@ -259,7 +259,10 @@ def run(client_name, limit):
         signal.alarm(0)
         left = stop_everything()
         session.log.close()
-        shutil.rmtree(root, ignore_errors=True)
+        if keep:
+            print(f"kept {root}", flush=True)
+        else:
+            shutil.rmtree(root, ignore_errors=True)
     if left:
         results.append((client.name, [f"processes left running: {left}"]))
     for label, problems in results:
@@ -275,6 +278,7 @@ def main():
     parser.add_argument("client", choices=sorted(CLIENTS))
     parser.add_argument("mailer", type=Path)
     parser.add_argument("--timeout", type=int, default=120, help="hard limit in seconds")
+    parser.add_argument("--keep", action="store_true", help="keep the HOME and drafts to look at")
     arguments = parser.parse_args()
     MAILER = arguments.mailer.resolve()
     libc = ctypes.CDLL(None, use_errno=True)
@@ -283,7 +287,7 @@ def main():
     signal.signal(signal.SIGALRM, _raise_timeout)
     signal.signal(signal.SIGTERM, _raise_timeout)
     signal.signal(signal.SIGINT, _raise_timeout)
-    sys.exit(run(arguments.client, arguments.timeout))
+    sys.exit(run(arguments.client, arguments.timeout, arguments.keep))
 
 
 if __name__ == "__main__":
