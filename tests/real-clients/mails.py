@@ -74,6 +74,7 @@ HOSTILE = Mail(
         "report Q3, final.txt": "Grüße\nC:\\new\\cdir\n".encode(),
         "it's \"quoted\".bin": bytes(range(256)),
         "-dash & more.txt": b"--help\n",
+        "50%41 off #2 ?x=1.txt": b"percent, hash and question mark in the name\n",
     },
 )
 
