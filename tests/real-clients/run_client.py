@@ -162,8 +162,12 @@ class Session:
         return done.stdout.decode(errors="replace").split()
 
     def window_names(self):
-        names = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "", "getwindowname", "%@"],
-                               env=self.env, capture_output=True, timeout=15).stdout
+        """The names of the windows shown: what a failure report needs to be understood."""
+        try:
+            names = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "", "getwindowname", "%@"],
+                                   env=self.env, capture_output=True, timeout=15).stdout
+        except (OSError, subprocess.TimeoutExpired):
+            return []
         return sorted(set(names.decode(errors="replace").splitlines()) - {""})
 
 
@@ -187,11 +191,12 @@ def hand_off(session, mail):
         (folder / name).write_bytes(data)
     mailer_file = session.root / f"{mail.key}.xml"
     mailer_file.write_text(mail.mailer_file(folder), encoding="utf-8")
-    status = subprocess.run([str(MAILER), str(mailer_file)], env=session.env, cwd=session.root,
-                            stdin=subprocess.DEVNULL, stdout=session.log, stderr=session.log,
-                            timeout=MAILER_LIMIT).returncode
-    if status != 0:
-        raise Failure(f"mailer exited with {status}")
+    done = subprocess.run([str(MAILER), str(mailer_file)], env=session.env, cwd=session.root,
+                          stdin=subprocess.DEVNULL, capture_output=True, timeout=MAILER_LIMIT)
+    if done.returncode != 0:
+        raise Failure(f"mailer exited with {done.returncode}")
+    if done.stdout or done.stderr:
+        raise Failure(f"mailer printed {(done.stdout + done.stderr)[:200]!r}")
     if mailer_file.exists():
         raise Failure("the mailer file was not deleted")
     missing = [name for name in mail.attachments if not (folder / name).exists()]
@@ -232,6 +237,25 @@ def saved_draft(session, client, mail, known):
         raw = again or raw
 
 
+def checked_draft(session, client, mail, known):
+    """The differences between `mail` and the draft saved from its compose window. A slow
+    client may not have filled everything in when the first draft is saved, so a draft with
+    differences is saved once more a little later and that one counts; a wrong hand-off
+    stays wrong."""
+    raw = saved_draft(session, client, mail, known)
+    known.append(raw)
+    problems = drafts.problems(raw, mail)
+    if problems:
+        time.sleep(SETTLE)
+        try:
+            raw = saved_draft(session, client, mail, known)
+        except Failure:
+            return problems  # saving again changed nothing: the first draft stands
+        known.append(raw)
+        problems = drafts.problems(raw, mail)
+    return problems
+
+
 def run(client_name, limit, keep):
     client = CLIENTS[client_name]
     root = Path(tempfile.mkdtemp(prefix="real-clients-"))
@@ -247,10 +271,8 @@ def run(client_name, limit, keep):
             label = f"{client.name} {mail.key}"
             try:
                 hand_off(session, mail)
-                raw = saved_draft(session, client, mail, known)
-                known.append(raw)
-                problems = drafts.problems(raw, mail)
-            except Failure as failure:
+                problems = checked_draft(session, client, mail, known)
+            except (Failure, subprocess.TimeoutExpired, OSError) as failure:
                 problems = [str(failure), "windows: " + repr(session.window_names())]
             results.append((label, problems))
     except Timeout as timeout:
