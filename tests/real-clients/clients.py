@@ -19,16 +19,19 @@ def _write(path, text):
 class Client:
     name = ""        # the program, also the name the test reports
     desktop_id = ""  # the desktop entry registered as the default mailto handler
-    exec_line = ""   # its Exec key, as Debian's entry has it
+    exec_line = ""   # its Exec key, in one of the forms desktop entries use
 
     def prepare(self, home):
         """Registers the client as the mailto handler of `home` and gives it a profile."""
-        entry = (f"[Desktop Entry]\nType=Application\nName={self.name}\nExec={self.exec_line}\n"
+        entry = (f"[Desktop Entry]\nType=Application\nName={self.name}\nExec={self.exec()}\n"
                  "MimeType=x-scheme-handler/mailto;\nTerminal=false\n")
         _write(home / ".local/share/applications" / self.desktop_id, entry)
         _write(home / ".config/mimeapps.list",
                f"[Default Applications]\nx-scheme-handler/mailto={self.desktop_id}\n")
         self.write_profile(home)
+
+    def exec(self):
+        return self.exec_line
 
     def write_profile(self, home):
         pass
@@ -46,6 +49,10 @@ class Thunderbird(Client):
     name = "thunderbird"
     desktop_id = "thunderbird.desktop"
     exec_line = "thunderbird %u"
+
+    def exec(self):
+        # The program's full path, as Debian's own entry names it.
+        return f"{shutil.which('thunderbird') or 'thunderbird'} %u"
 
     def write_profile(self, home):
         profile = home / ".thunderbird/test.profile"
@@ -88,7 +95,7 @@ class ClawsMail(Client):
 class Evolution(Client):
     name = "evolution"
     desktop_id = "org.gnome.Evolution.desktop"
-    exec_line = "evolution %U"
+    exec_line = "env GTK_THEME=Adwaita evolution %U"  # a variable set through env
 
     def drafts(self, home):
         folder = home / ".local/share/evolution/mail/local/.Drafts"
