@@ -9,7 +9,7 @@ packages=(
   libtinyxml-dev
   g++-mingw-w64-x86-64-posix
   wine64
-  xdg-utils desktop-file-utils
+  desktop-file-utils
   dpkg-dev
   libbenchmark-dev nlohmann-json3-dev rapidjson-dev
 )

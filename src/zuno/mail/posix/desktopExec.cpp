@@ -115,7 +115,8 @@ std::string execClient(const std::vector<std::string>& words) {
 
 std::optional<ExecCommand> parseExec(const DesktopEntry& entry) {
     const std::optional<std::vector<std::string>> words = execWords(entry.exec);
-    if (!words || words->empty() || words->front().empty()) return std::nullopt;
+    // The first word is the program: neither empty nor a field code.
+    if (!words || words->empty() || words->front().empty() || words->front()[0] == '%') return std::nullopt;
     ExecCommand command;
     command.client = execClient(*words);
     bool placed = false;
