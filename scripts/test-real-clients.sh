@@ -15,7 +15,7 @@ clients=("$@")
 [ ${#clients[@]} -gt 0 ] || clients=(thunderbird claws-mail evolution)
 client_limit=120  # seconds per client; the whole run takes about one minute
 
-packages=(xvfb xdotool x11-utils dbus dbus-x11 python3 xdg-utils thunderbird claws-mail evolution)
+packages=(xvfb xdotool x11-utils dbus dbus-x11 python3 thunderbird claws-mail evolution)
 sudo_if_needed() { if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi; }
 missing=()
 for p in "${packages[@]}"; do
