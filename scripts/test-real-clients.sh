@@ -39,7 +39,10 @@ if [ -z "${MAILER:-}" ]; then
   MAILER=build/linux/src/mailer/mailer
 fi
 
+export PYTHONDONTWRITEBYTECODE=1
 failed=()
+# First the draft checker itself: it must reject what broken hand-offs produce.
+python3 -m unittest -q discover -s tests/real-clients || failed+=("draft checker")
 for client in "${clients[@]}"; do
   echo "real clients: $client"
   # The driver stops what it started when its own limit passes; timeout is the backstop.
