@@ -21,6 +21,7 @@ import tempfile
 import time
 from pathlib import Path
 
+sys.dont_write_bytecode = True  # nothing generated beside the sources
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 import drafts  # noqa: E402
 from clients import CLIENTS  # noqa: E402
