@@ -42,7 +42,7 @@ fi
 export PYTHONDONTWRITEBYTECODE=1
 failed=()
 # First the draft checker itself: it must reject what broken hand-offs produce.
-python3 -m unittest -q discover -s tests/real-clients || failed+=("draft checker")
+python3 -m unittest discover -q -s tests/real-clients || failed+=("draft checker")
 for client in "${clients[@]}"; do
   echo "real clients: $client"
   # The driver stops what it started when its own limit passes; timeout is the backstop.

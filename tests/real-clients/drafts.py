@@ -11,18 +11,6 @@ def parse(raw):
     return email.message_from_bytes(raw, policy=email.policy.default)
 
 
-def _unflowed(text):
-    """Undoes format=flowed (RFC 3676): soft breaks joined, space stuffing removed."""
-    lines = [line[1:] if line.startswith(" ") else line for line in text.split("\n")]
-    out = []
-    for line in lines:
-        if out and out[-1].endswith(" ") and out[-1] != "-- ":
-            out[-1] += line
-        else:
-            out.append(line)
-    return "\n".join(out)
-
-
 def _lines(text):
     """Line breaks as LF and the trailing blank lines clients add dropped."""
     return text.replace("\r\n", "\n").replace("\r", "\n").rstrip("\n")
@@ -32,10 +20,7 @@ def body_of(message):
     part = message.get_body(preferencelist=("plain",))
     if part is None:
         return None
-    text = part.get_content()
-    if part.get_param("format", "").lower() == "flowed":
-        text = _unflowed(text.replace("\r\n", "\n"))
-    return _lines(text)
+    return _lines(part.get_content())
 
 
 def attachments_of(message):
@@ -68,8 +53,8 @@ def _file_name(part):
 
 
 def header_text(message, name):
-    values = message.get_all(name) or []
-    return ", ".join(re.sub(r"\s*\r?\n\s*", " ", str(v)) for v in values)
+    """The header decoded (encoded words) and unfolded."""
+    return ", ".join(str(value) for value in message.get_all(name) or [])
 
 
 def raw_header(message, name):
@@ -103,6 +88,10 @@ def recipient_problems(message, name, expected):
     if sorted(got) != sorted(want):
         return [f"{name}: expected {want}, draft has {got} (header {header!r})"]
     return []
+
+
+def subject_of(raw):
+    return header_text(parse(raw), "Subject")
 
 
 def problems(raw, mail):

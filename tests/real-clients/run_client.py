@@ -22,7 +22,6 @@ import time
 from pathlib import Path
 
 sys.dont_write_bytecode = True  # nothing generated beside the sources
-sys.path.insert(0, str(Path(__file__).resolve().parent))
 import drafts  # noqa: E402
 from clients import CLIENTS  # noqa: E402
 from mails import MAILS  # noqa: E402
@@ -183,7 +182,7 @@ def wait_for(what, limit, probe):
         time.sleep(0.5)
 
 
-def hand_off(session, mail):
+def hand_off(session, mail, mailer):
     """Runs the tool on a mailer file for `mail`; the file must be gone afterwards and the
     attachments still there."""
     folder = session.root / "files" / mail.key
@@ -192,7 +191,7 @@ def hand_off(session, mail):
         (folder / name).write_bytes(data)
     mailer_file = session.root / f"{mail.key}.xml"
     mailer_file.write_text(mail.mailer_file(folder), encoding="utf-8")
-    done = subprocess.run([str(MAILER), str(mailer_file)], env=session.env, cwd=session.root,
+    done = subprocess.run([str(mailer), str(mailer_file)], env=session.env, cwd=session.root,
                           stdin=subprocess.DEVNULL, capture_output=True, timeout=MAILER_LIMIT)
     if done.returncode != 0:
         raise Failure(f"mailer exited with {done.returncode}")
@@ -215,7 +214,7 @@ def saved_draft(session, client, mail, known):
     def new_draft():
         try:
             found = [raw for raw in client.drafts(session.home)
-                     if raw not in known and mail.key.encode() in raw]
+                     if raw not in known and mail.key in drafts.subject_of(raw)]
         except OSError:
             return None  # a draft being written or replaced just now
         return found[-1] if found else None
@@ -257,7 +256,7 @@ def checked_draft(session, client, mail, known):
     return problems
 
 
-def run(client_name, limit, keep):
+def run(client_name, mailer, limit, keep):
     client = CLIENTS[client_name]
     root = Path(tempfile.mkdtemp(prefix="real-clients-"))
     session = Session(root)
@@ -271,7 +270,7 @@ def run(client_name, limit, keep):
         for mail in MAILS:
             label = f"{client.name} {mail.key}"
             try:
-                hand_off(session, mail)
+                hand_off(session, mail, mailer)
                 problems = checked_draft(session, client, mail, known)
             except (Failure, subprocess.TimeoutExpired, OSError) as failure:
                 problems = [str(failure), "windows: " + repr(session.window_names())]
@@ -296,21 +295,19 @@ def run(client_name, limit, keep):
 
 
 def main():
-    global MAILER
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("client", choices=sorted(CLIENTS))
     parser.add_argument("mailer", type=Path)
     parser.add_argument("--timeout", type=int, default=120, help="hard limit in seconds")
     parser.add_argument("--keep", action="store_true", help="keep the HOME and drafts to look at")
     arguments = parser.parse_args()
-    MAILER = arguments.mailer.resolve()
     libc = ctypes.CDLL(None, use_errno=True)
     if libc.prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0) != 0:
         sys.exit("cannot become the subreaper of the processes this test starts")
     signal.signal(signal.SIGALRM, _raise_timeout)
     signal.signal(signal.SIGTERM, _raise_timeout)
     signal.signal(signal.SIGINT, _raise_timeout)
-    sys.exit(run(arguments.client, arguments.timeout, arguments.keep))
+    sys.exit(run(arguments.client, arguments.mailer.resolve(), arguments.timeout, arguments.keep))
 
 
 if __name__ == "__main__":
