@@ -23,14 +23,14 @@ class Client:
 
     def prepare(self, home):
         """Registers the client as the mailto handler of `home` and gives it a profile."""
-        entry = (f"[Desktop Entry]\nType=Application\nName={self.name}\nExec={self.exec()}\n"
+        entry = (f"[Desktop Entry]\nType=Application\nName={self.name}\nExec={self.exec_key()}\n"
                  "MimeType=x-scheme-handler/mailto;\nTerminal=false\n")
         _write(home / ".local/share/applications" / self.desktop_id, entry)
         _write(home / ".config/mimeapps.list",
                f"[Default Applications]\nx-scheme-handler/mailto={self.desktop_id}\n")
         self.write_profile(home)
 
-    def exec(self):
+    def exec_key(self):
         return self.exec_line
 
     def write_profile(self, home):
@@ -50,7 +50,7 @@ class Thunderbird(Client):
     desktop_id = "thunderbird.desktop"
     exec_line = "thunderbird %u"
 
-    def exec(self):
+    def exec_key(self):
         # The program's full path, as Debian's own entry names it.
         return f"{shutil.which('thunderbird') or 'thunderbird'} %u"
 
