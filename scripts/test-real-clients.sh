@@ -52,7 +52,7 @@ for client in "${clients[@]}"; do
 done
 
 if [ ${#failed[@]} -gt 0 ]; then
-  echo "real clients FAILED: ${failed[*]}"
+  echo "real clients FAILED: ${failed[*]} (${SECONDS} s)"
   exit 1
 fi
-echo "real clients: all passed (${clients[*]})"
+echo "real clients: all passed (${clients[*]}) in ${SECONDS} s"
