@@ -59,12 +59,12 @@ protected:
     std::string writeMailerFile(const MailDraft& mail, const std::string& name = "mail.xml") {
         Strings uris;
         for (const std::string& path : mail.attachments) uris.push_back("file://" + percentEncode(path, "/"));
-        return m_folder.write(name, element("mailerfile", element("subject", escaped(mail.subject)) +
-                                                              element("note", escaped(mail.note)) +
-                                                              element("torecipients", elements("recipient", mail.to)) +
-                                                              element("ccrecipients", elements("recipient", mail.cc)) +
-                                                              element("bccrecipients", elements("recipient", mail.bcc)) +
-                                                              element("attachments", elements("attachment", uris))));
+        const std::string content = element("subject", escaped(mail.subject)) + element("note", escaped(mail.note)) +
+                                    element("torecipients", elements("recipient", mail.to)) +
+                                    element("ccrecipients", elements("recipient", mail.cc)) +
+                                    element("bccrecipients", elements("recipient", mail.bcc)) +
+                                    element("attachments", elements("attachment", uris));
+        return m_folder.write(name, element("mailerfile", content));
     }
 
     int run(const std::string& path, const char* clientWaitMilliseconds = "60000") {
@@ -196,7 +196,8 @@ TEST_F(HandOffTest, MailThatCannotReachTheClientStartsNothing) {
     use(Kind::Default);
     for (const Case& c : cases) {
         const std::string program = std::string(c.exec).substr(0, std::string(c.exec).find(' '));
-        installRecordingClient(m_folder.path(), c.exec, program.find("nowhere") != std::string::npos ? "elsewhere" : program);
+        const bool missing = program.find("nowhere") != std::string::npos;
+        installRecordingClient(m_folder.path(), c.exec, missing ? "elsewhere" : program);
         MailDraft mail;
         mail.attachments = {present, c.attachment};
         mail.bcc = c.bcc;
@@ -220,6 +221,9 @@ TEST_F(HandOffTest, ExitStatusesBecomeSimpleMapiResults) {
             EXPECT_EQ(send({}), result) << "status " << status;
         }
     }
+    // However long the wait may be, a client that ends is seen ending.
+    TemporaryFolder::writeFile(standIn("status"), "1\n");
+    EXPECT_EQ(send({}, "9223372036854775807"), MailResult::Failure);
 }
 
 // A client that was not running yet stays in the foreground until the user quits it; with

@@ -5,6 +5,7 @@
 #include "mail/posix/mailClientCommand.h"
 #include "mail/posix/xdgDesktop.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -24,18 +25,20 @@ using posix::ChildOutcome;
 
 const char* const ClientWaitVariable = "ZUNO_MAIL_CLIENT_WAIT_MS";
 const long DefaultClientWaitMilliseconds = 3000;
+const long MaxClientWaitMilliseconds = 24L * 60 * 60 * 1000;  // far longer would overflow the deadline
 
 // How long a started client may take to end before it counts as having opened its compose
 // window: a client that was not running yet stays in the foreground until the user quits
-// it. The environment variable ZUNO_MAIL_CLIENT_WAIT_MS (milliseconds, 0 allowed)
-// overrides it.
+// it. The environment variable ZUNO_MAIL_CLIENT_WAIT_MS (milliseconds, 0 allowed, at most
+// a day) overrides it.
 std::chrono::milliseconds clientWait() {
     const char* text = std::getenv(ClientWaitVariable);
     if (text && *text) {
         char* end = nullptr;
         errno = 0;
         const long milliseconds = std::strtol(text, &end, 10);
-        if (*end == '\0' && errno == 0 && milliseconds >= 0) return std::chrono::milliseconds(milliseconds);
+        if (*end == '\0' && errno == 0 && milliseconds >= 0)
+            return std::chrono::milliseconds(std::min(milliseconds, MaxClientWaitMilliseconds));
     }
     return std::chrono::milliseconds(DefaultClientWaitMilliseconds);
 }

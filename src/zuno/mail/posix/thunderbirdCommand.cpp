@@ -13,7 +13,8 @@ const char* const RecipientSeparator = ", ";
 
 std::string recipientList(const std::vector<std::string>& recipients) {
     std::string joined;
-    for (size_t i = 0; i < recipients.size(); ++i) joined += (i ? RecipientSeparator : "") + quotedRecipient(recipients[i]);
+    for (size_t i = 0; i < recipients.size(); ++i)
+        joined += (i ? RecipientSeparator : "") + quotedRecipient(recipients[i]);
     return percentEncode(joined);
 }
 

@@ -113,7 +113,7 @@ std::vector<std::string> xdgConfigFolders() {
 std::vector<std::string> mimeAppsLists() {
     std::vector<std::string> desktops;
     for (std::string desktop : split(environmentText("XDG_CURRENT_DESKTOP"), ':')) {
-        std::transform(desktop.begin(), desktop.end(), desktop.begin(), [](unsigned char c) { return std::tolower(c); });
+        for (char& c : desktop) c = char(std::tolower(static_cast<unsigned char>(c)));
         if (!desktop.empty() && desktop.find('/') == std::string::npos) desktops.push_back(desktop);
     }
     std::vector<std::string> folders = xdgConfigFolders();

@@ -52,11 +52,12 @@ TEST(XdgDesktopTest, FoldersAndListsFollowTheEnvironment) {
     environment.set("XDG_CURRENT_DESKTOP", "KDE:x/y");
     EXPECT_EQ(xdgDataFolders(), (Strings{"/data/home", "/one", "/two"}));
     EXPECT_EQ(xdgConfigFolders(), (Strings{"/config/home", "/etc/one"}));
-    EXPECT_EQ(mimeAppsLists(), (Strings{"/config/home/kde-mimeapps.list", "/config/home/mimeapps.list",
-                                        "/etc/one/kde-mimeapps.list", "/etc/one/mimeapps.list",
-                                        "/data/home/applications/kde-mimeapps.list", "/data/home/applications/mimeapps.list",
-                                        "/one/applications/kde-mimeapps.list", "/one/applications/mimeapps.list",
-                                        "/two/applications/kde-mimeapps.list", "/two/applications/mimeapps.list"}));
+    EXPECT_EQ(mimeAppsLists(),
+              (Strings{"/config/home/kde-mimeapps.list", "/config/home/mimeapps.list", "/etc/one/kde-mimeapps.list",
+                       "/etc/one/mimeapps.list", "/data/home/applications/kde-mimeapps.list",
+                       "/data/home/applications/mimeapps.list", "/one/applications/kde-mimeapps.list",
+                       "/one/applications/mimeapps.list", "/two/applications/kde-mimeapps.list",
+                       "/two/applications/mimeapps.list"}));
     environment.set("XDG_DATA_HOME", "not/absolute");
     environment.set("XDG_DATA_DIRS", "");
     environment.set("XDG_CONFIG_HOME", nullptr);
@@ -76,9 +77,11 @@ TEST(XdgDesktopTest, DefaultMailtoHandlerIsTheFirstInstalledOneOfTheMostImportan
     };
     const Case cases[] = {
         {"nothing at all", {}, ""},
-        {"a default that is not installed", {{"config/mimeapps.list", mailtoList("Default Applications", "a.desktop")}}, ""},
+        {"a default that is not installed",
+         {{"config/mimeapps.list", mailtoList("Default Applications", "a.desktop")}}, ""},
         {"the first installed of a list",
-         {{"config/mimeapps.list", mailtoList("Default Applications", "missing.desktop; b.desktop;c.desktop;")}}, "b.desktop"},
+         {{"config/mimeapps.list", mailtoList("Default Applications", "missing.desktop; b.desktop;c.desktop;")}},
+         "b.desktop"},
         {"the user's list before the system's",
          {{"etc/mimeapps.list", mailtoList("Default Applications", "c.desktop")},
           {"config/mimeapps.list", mailtoList("Default Applications", "b.desktop")}}, "b.desktop"},
@@ -95,7 +98,8 @@ TEST(XdgDesktopTest, DefaultMailtoHandlerIsTheFirstInstalledOneOfTheMostImportan
         {"a default before an added association",
          {{"config/mimeapps.list", mailtoList("Added Associations", "b.desktop")},
           {"etc/mimeapps.list", mailtoList("Default Applications", "c.desktop")}}, "c.desktop"},
-        {"an added association", {{"config/mimeapps.list", mailtoList("Added Associations", "b.desktop")}}, "b.desktop"},
+        {"an added association",
+         {{"config/mimeapps.list", mailtoList("Added Associations", "b.desktop")}}, "b.desktop"},
         {"the cache", {{"share/applications/mimeinfo.cache", mailtoList("MIME Cache", "b.desktop;c.desktop;")}},
          "b.desktop"},
         {"a removed association is skipped in the cache",
