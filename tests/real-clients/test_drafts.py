@@ -51,7 +51,7 @@ BROKEN = [
     ("an attachment missing", {"attachments": dict(list(HOSTILE.attachments.items())[1:])}),
     ("an attachment renamed", {"attachments": {k.replace(",", ""): v for k, v in HOSTILE.attachments.items()}}),
     ("bytes changed", {"attachments": with_file("it's \"quoted\".bin", bytes(range(255)))}),
-    ("/etc/passwd attached", {"attachments": with_file("passwd", b"root:x:0:0:root:/root:/bin/sh\n")}),
+    ("/etc/passwd attached", {"attachments": with_file("passwd", b"root:x:0:0::/:/bin/sh\n")}),
 ]
 
 
