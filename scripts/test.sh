@@ -29,6 +29,11 @@ run_tests() {  # name
 build linux -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZUNO_BUILD_BENCHMARKS=ON
 run_tests linux
 
+# Real mail clients under Xvfb: the Linux build hands mails to Thunderbird, Claws Mail and
+# Evolution, and the drafts they save are checked.
+echo "== test: real clients"
+bash scripts/test-real-clients.sh || failed+=("real clients")
+
 build sanitize -DCMAKE_BUILD_TYPE=Debug -DZUNO_SANITIZE=ON
 ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1 UBSAN_OPTIONS=print_stacktrace=1 run_tests sanitize
 
