@@ -1,6 +1,7 @@
-# TinyXML 1: Debian's library on Linux; on Windows, Debian's patched source compiled here
-# (scripts/setup.sh fetches it and passes its folder as ZUNO_TINYXML_SOURCE_DIR).
-if(WIN32)
+# TinyXML 1: Debian's library on Linux; on Windows, and for the sanitizer and fuzz builds
+# (whose checks must see inside the parser), Debian's patched source compiled here
+# (scripts/setup.sh fetches it and prints its folder, passed as ZUNO_TINYXML_SOURCE_DIR).
+if(WIN32 OR ZUNO_SANITIZE OR ZUNO_FUZZ)
     set(ZUNO_TINYXML_SOURCE_DIR "$ENV{HOME}/.cache/zuno/tinyxml" CACHE PATH "Debian's tinyxml source")
     if(NOT EXISTS "${ZUNO_TINYXML_SOURCE_DIR}/tinyxmlparser.cpp")
         message(FATAL_ERROR "tinyxml source not found in ${ZUNO_TINYXML_SOURCE_DIR}: run scripts/setup.sh")
