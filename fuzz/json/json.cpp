@@ -83,7 +83,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         P<IVariant> again;
         try {
             again = CJsonParser::parse(printed);
-        } catch (const CException& error) {
+        } catch (const CException&) {
             std::abort();  // printed text that the parser refuses
         }
         if (!again || !sameTree(*tree, *again)) std::abort();
