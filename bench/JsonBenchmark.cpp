@@ -1,5 +1,5 @@
 // Parsing, compact printing and pretty printing of the standard JSON corpora with the
-// framework, nlohmann-json and RapidJSON. Every iteration builds (or prints) and frees the
+// framework, nlohmann-json, RapidJSON and (parsing only) simdjson. Every iteration builds (or prints) and frees the
 // whole document; "allocs" counts the allocations of one iteration.
 #include "allocationCounter.h"
 #include "corpus.h"
@@ -15,7 +15,9 @@
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
+#include <simdjson.h>
 
+#include <map>
 #include <string>
 
 using namespace zuno;
@@ -33,7 +35,13 @@ void zunoParse(benchmark::State& state, std::string name) {
     measure(state, [&] { benchmark::DoNotOptimize(CJsonParser::parse(text).get()); });
 }
 
-// The same from the file's UTF-8 bytes, decoding included, as the peers start.
+// The file's UTF-8 bytes read in place, decoding included, as the peers start.
+void zunoParseBytes(benchmark::State& state, std::string name) {
+    const std::string& bytes = corpusBytes(corpusPath(name));
+    measure(state, [&] { benchmark::DoNotOptimize(CJsonParser::parseUTF8(bytes.data(), bytes.size()).get()); });
+}
+
+// The same through a stream that decodes a window at a time.
 void zunoParseUTF8(benchmark::State& state, std::string name) {
     const std::string& bytes = corpusBytes(corpusPath(name));
     measure(state, [&] {
@@ -62,6 +70,46 @@ void rapidjsonParse(benchmark::State& state, std::string name) {
         document.Parse(bytes.c_str());
         benchmark::DoNotOptimize(document.HasParseError());
     });
+}
+
+// simdjson's DOM parser, reused across iterations as its documentation advises (it keeps
+// its buffers); the tree lives inside the parser.
+void simdjsonParse(benchmark::State& state, std::string name) {
+    const simdjson::padded_string bytes(corpusBytes(corpusPath(name)));
+    simdjson::dom::parser parser;
+    measure(state, [&] {
+        simdjson::dom::element root;
+        benchmark::DoNotOptimize(parser.parse(bytes).get(root));
+    });
+}
+
+// A document that is one string of `mebibytes` MiB, with a few escapes: the cost must grow
+// linearly with the string, as the others' does.
+const std::string& longString(int mebibytes) {
+    static std::map<int, std::string> texts;
+    std::string& text = texts[mebibytes];
+    if (text.empty()) {
+        std::string body;
+        while (body.size() < (size_t(mebibytes) << 20)) body += "Lorem ipsum dolor sit amet, \\\"consectetur\\\" adipiscing elit\\n";
+        text = "[\"" + body + "\"]";
+    }
+    return text;
+}
+
+void zunoLongString(benchmark::State& state, int mebibytes) {
+    const std::string& bytes = longString(mebibytes);
+    measure(state, [&] { benchmark::DoNotOptimize(CJsonParser::parseUTF8(bytes.data(), bytes.size()).get()); });
+    state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(bytes.size()));
+}
+
+void rapidjsonLongString(benchmark::State& state, int mebibytes) {
+    const std::string& bytes = longString(mebibytes);
+    measure(state, [&] {
+        rapidjson::Document document;
+        document.Parse(bytes.c_str());
+        benchmark::DoNotOptimize(document.HasParseError());
+    });
+    state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(bytes.size()));
 }
 
 // Printing --------------------------------------------------------------------------------
@@ -100,7 +148,7 @@ void rapidjsonPrint(benchmark::State& state, std::string name, bool pretty) {
 }
 
 // Names are json/<operation>/<corpus>/<library>; scripts/bench.sh relates each library to
-// nlohmann-json.
+// nlohmann-json and the framework to RapidJSON.
 const bool registered = [] {
     for (const std::string corpus : Corpora) {
         const std::string stem = corpus.substr(0, corpus.find('.'));
@@ -108,16 +156,23 @@ const bool registered = [] {
             return "json/" + std::string(operation) + "/" + stem + "/" + library;
         };
         benchmark::RegisterBenchmark(name("parse", "zuno").c_str(), zunoParse, corpus);
+        benchmark::RegisterBenchmark(name("parse", "zuno-bytes").c_str(), zunoParseBytes, corpus);
         benchmark::RegisterBenchmark(name("parse", "zuno-utf8").c_str(), zunoParseUTF8, corpus);
         benchmark::RegisterBenchmark(name("parse", "zuno-utf8-string").c_str(), zunoParseUTF8String, corpus);
         benchmark::RegisterBenchmark(name("parse", "nlohmann").c_str(), nlohmannParse, corpus);
         benchmark::RegisterBenchmark(name("parse", "rapidjson").c_str(), rapidjsonParse, corpus);
+        benchmark::RegisterBenchmark(name("parse", "simdjson").c_str(), simdjsonParse, corpus);
         for (const bool pretty : {false, true}) {
             const char* operation = pretty ? "pretty" : "compact";
             benchmark::RegisterBenchmark(name(operation, "zuno").c_str(), zunoPrint, corpus, pretty);
             benchmark::RegisterBenchmark(name(operation, "nlohmann").c_str(), nlohmannPrint, corpus, pretty);
             benchmark::RegisterBenchmark(name(operation, "rapidjson").c_str(), rapidjsonPrint, corpus, pretty);
         }
+    }
+    for (const int mebibytes : {1, 8, 16}) {
+        const std::string group = "json/parse/string-" + std::to_string(mebibytes) + "MiB/";
+        benchmark::RegisterBenchmark((group + "zuno-bytes").c_str(), zunoLongString, mebibytes);
+        benchmark::RegisterBenchmark((group + "rapidjson").c_str(), rapidjsonLongString, mebibytes);
     }
     return true;
 }();

@@ -30,4 +30,14 @@ for name in times:
     if reference in times and reference != name:
         print("%-40s %9.2fx %10.0f" % (name, times[name] / times[reference], allocs[name]))
 print("(ratio: time relative to nlohmann-json for JSON, to snprintf for formatting; below 1 is faster)")
+
+# The framework's JSON speed as a multiple of each peer's (above 1 is faster than the peer).
+print("\n%-40s %10s %10s %10s" % ("JSON speed of zuno / peer", "nlohmann", "rapidjson", "simdjson"))
+for name in times:
+    if not name.startswith("json/") or "/zuno" not in name:
+        continue
+    group = name.rpartition("/")[0]
+    speeds = ["%9.2fx" % (times[group + "/" + peer] / times[name]) if group + "/" + peer in times else "%10s" % "-"
+              for peer in ("nlohmann", "rapidjson", "simdjson")]
+    print("%-40s %s %s %s" % (name, *speeds))
 PY

@@ -17,20 +17,22 @@ echo "== demo: handing a mailer file to a demo mail client"
 demo=$(mktemp -d)
 trap 'rm -rf "$demo"' EXIT
 export HOME="$demo/home" XDG_DATA_HOME="$demo/home/.local/share" XDG_CONFIG_HOME="$demo/home/.config"
-export XDG_DATA_DIRS=/usr/local/share:/usr/share
-# xdg-open asks desktop handlers only when it sees a display; the demo client needs none.
-export DISPLAY=${DISPLAY:-:0}
+export XDG_DATA_DIRS="$demo/share" XDG_CONFIG_DIRS="$demo/etc"
 mkdir -p "$XDG_DATA_HOME/applications" "$XDG_CONFIG_HOME" "$demo/bin"
-cp examples/demo-client/zuno-demo-mail-client "$demo/bin/"
+# The demo client stands in for Evolution, which takes a whole mail, attachments included,
+# as one mailto: URL; a client of unknown kind would get no attachments, so the tool would
+# refuse this mail (exit code 26). The tool finds the mailto handler in mimeapps.list.
+cp examples/demo-client/zuno-demo-mail-client "$demo/bin/evolution"
 cat > "$XDG_DATA_HOME/applications/zuno-demo-mail-client.desktop" <<ENTRY
 [Desktop Entry]
 Type=Application
 Name=Demo mail client
-Exec=zuno-demo-mail-client %u
+Exec=evolution %U
 MimeType=x-scheme-handler/mailto;
 ENTRY
+printf '[Default Applications]\nx-scheme-handler/mailto=zuno-demo-mail-client.desktop\n' \
+    > "$XDG_CONFIG_HOME/mimeapps.list"
 export PATH="$demo/bin:$PATH"
-xdg-mime default zuno-demo-mail-client.desktop x-scheme-handler/mailto
 
 # The sample mailer file, with its attachment made real.
 echo "Figures of the third quarter." > "$demo/report Q3.txt"

@@ -9,9 +9,10 @@ packages=(
   libtinyxml-dev
   g++-mingw-w64-x86-64-posix
   wine64
-  xdg-utils desktop-file-utils
+  desktop-file-utils
   dpkg-dev
   libbenchmark-dev nlohmann-json3-dev rapidjson-dev
+  libsimdjson-dev libfmt-dev
 )
 
 sudo_if_needed() { if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi; }

@@ -89,9 +89,10 @@ echo "== install: $linux_build into a temporary prefix"
 cmake --install "$linux_build" --prefix "$prefix" >/dev/null
 installed=$(cd "$prefix" && find . -type f -o -type l | sort)
 expect_files "the installed tree" "$installed" \
-    '^\./bin/mailer$' '^\./bin/zuno-json$' '^\./include/zuno/CString\.h$' '^\./include/zuno/P\.h$' \
+    '^\./bin/mailer$' '^\./bin/zuno-json$' '^\./bin/zuno-store$' '^\./include/zuno/CString\.h$' '^\./include/zuno/P\.h$' \
     '/libzuno\.a$' '/libzuno\.so$' '/cmake/zuno/zunoConfig\.cmake$' '/cmake/zuno/FindTinyXML\.cmake$' \
-    '/pkgconfig/zuno\.pc$' '/man1/mailer\.1$' '/man1/zuno-json\.1$' '/doc/zuno/LICENSE$'
+    '/pkgconfig/zuno\.pc$' '/man1/mailer\.1$' '/man1/zuno-json\.1$' '/man1/zuno-store\.1$' \
+    '/doc/zuno/LICENSE$'
 # Only public headers: the framework's platform headers stay inside the build.
 refuse_files "the installed tree" "$installed" '^\./include/zuno/.+/|^\./include/[^z]'
 for header in $(find src/zuno -name '*.h' -printf '%f\n'); do
@@ -133,7 +134,8 @@ for package in mailer libzuno0 libzuno-dev; do
 done
 if [ -n "$(deb mailer)" ] && [ -n "$(deb libzuno0)" ] && [ -n "$(deb libzuno-dev)" ]; then
     expect_files "mailer.deb" "$(dpkg-deb -c "$(deb mailer)")" \
-        ' \./usr/bin/mailer$' ' \./usr/bin/zuno-json$' '/man1/mailer\.1' '/man1/zuno-json\.1'
+        ' \./usr/bin/mailer$' ' \./usr/bin/zuno-json$' ' \./usr/bin/zuno-store$' '/man1/mailer\.1' \
+        '/man1/zuno-json\.1' '/man1/zuno-store\.1'
     refuse_files "mailer.deb" "$(dpkg-deb -c "$(deb mailer)")" '/include/|\.a$|\.so'
     # Every shared library the programs need is a declared dependency.
     needed=$(readelf -d "$linux_build/src/mailer/mailer" "$linux_build/src/tools/zuno-json/zuno-json" | grep NEEDED)
@@ -184,8 +186,8 @@ if [ -n "$windows_build" ]; then
         fail "no .zip package"
     else
         listing=$(cmake -E tar tf "$zip")
-        expect_files "the .zip" "$listing" '/bin/mailer\.exe$' '/bin/zuno-json\.exe$' \
-            '/doc/README\.md$' '/doc/LICENSE$' '/doc/mailer-file\.md$' '/doc/zuno-json\.md$'
+        expect_files "the .zip" "$listing" '/bin/mailer\.exe$' '/bin/zuno-json\.exe$' '/bin/zuno-store\.exe$' \
+            '/doc/README\.md$' '/doc/LICENSE$' '/doc/mailer-file\.md$' '/doc/zuno-json\.md$' '/doc/zuno-store\.md$'
         # The programs only: no library files, no test doubles.
         refuse_files "the .zip" "$listing" '/include/|\.a$|\.dll$|/lib/'
     fi

@@ -3,6 +3,7 @@
 #include <zuno/CObject.h>
 #include <zuno/CWideTextBuffer.h>
 #include <zuno/IVariant.h>
+#include <zuno/JsonMode.h>
 #include <zuno/String.h>
 
 #include <cstdint>
@@ -11,15 +12,16 @@
 namespace zuno {
 
 // Turns a tree of variants into JSON text, compact ([1,2,3]) or pretty (one element per
-// line, indented by tabs). Strings escape only backslash, quote, backspace, form feed,
-// line feed, carriage return and tab; every other character is written as it is. Doubles
-// are written as printf's "%g" writes them, on every platform. A variant of an unknown
+// line, indented by tabs). By default strings escape only backslash, quote, backspace,
+// form feed, line feed, carriage return and tab, every other character being written as
+// it is, and doubles are written as printf's "%g" writes them, on every platform;
+// JsonMode::Exact writes text that reads back exactly (see JsonMode.h). A variant of an unknown
 // kind prints as empty text; one that claims a kind without being of its class raises
 // CCastError. Trees of any depth print without recursion (a tree that contains itself
 // never finishes).
 class CJsonPrinter : public CObject {
 public:
-    explicit CJsonPrinter(bool pretty = false);
+    explicit CJsonPrinter(bool pretty = false, JsonMode mode = JsonMode::Default);
 
     String print(const IVariant& variant);
 
@@ -35,6 +37,9 @@ private:
     void printValue(const IVariant& variant);
     void printString(const String& text);
     void printDouble(double value);
+    void printExactDouble(double value);
+    // Writes `c` as \u followed by four hexadecimal digits.
+    void printUnicodeEscape(uint32_t c);
     template <class T>
     void printInteger(T value);
     void openContainer(const IVariant& container, bool isMap, size_t count, wchar_t bracket);
@@ -42,6 +47,7 @@ private:
     void newLineAndIndent();
 
     bool m_pretty;
+    JsonMode m_mode;
     int32_t m_indentation = 0;  // tabs
     CWideTextBuffer m_out;
     std::vector<Frame> m_stack;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <zuno/CObject.h>
+#include <zuno/CSmallObject.h>
 #include <zuno/IVariant.h>
 #include <zuno/P.h>
 #include <zuno/String.h>
@@ -16,20 +17,23 @@ namespace zuno {
 // characters; null keys and null values raise CInvalidArgError, as does an index outside
 // the map. Small maps are searched linearly, larger ones through a hash index. Releasing
 // a deeply nested map does not recurse.
-class CVariantMap final : public CObject, public IVariant {
+class CVariantMap final : public CObject, public IVariant, public CSmallObject {
 public:
     struct Entry {
         String key;
         P<IVariant> value;
     };
+    using Entries = std::vector<Entry, CSmallObject::Allocator<Entry>>;
 
     CVariantMap() = default;
     ~CVariantMap() override;
 
     Kind getKind() const override { return Kind::Map; }
+    using IVariant::asMap;
+    const CVariantMap& asMap() const override { return *this; }
 
     int32_t getCount() const { return int32_t(m_entries.size()); }
-    const std::vector<Entry>& getEntries() const { return m_entries; }
+    const Entries& getEntries() const { return m_entries; }
     const String& getKeyAt(int32_t index) const;
     const P<IVariant>& getValueAt(int32_t index) const;
 
@@ -53,8 +57,8 @@ private:
     void addToIndex(int32_t entry, size_t hash);
     void checkIndex(int32_t index, const char* method) const;
 
-    std::vector<Entry> m_entries;  // keys are kept as wide text
-    std::vector<int32_t> m_slots;  // open addressing: entry index + 1, 0 when free
+    Entries m_entries;  // keys are kept as wide text
+    std::vector<int32_t, CSmallObject::Allocator<int32_t>> m_slots;  // open addressing: entry index + 1, 0 when free
 };
 
 } // namespace zuno

@@ -5,7 +5,7 @@
 
 namespace zuno {
 
-class CVariantNull final : public CObject, public IVariant {
+class CVariantNull final : public CObject, public IVariant, public CSmallObject {
 public:
     Kind getKind() const override { return Kind::Null; }
 };

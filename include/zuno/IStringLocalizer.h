@@ -4,6 +4,8 @@
 #include <zuno/P.h>
 #include <zuno/String.h>
 
+#include <vector>
+
 namespace zuno {
 
 // Translations of user-visible messages, keyed by dotted names such as
@@ -22,6 +24,13 @@ P<IStringLocalizer> getStringLocalizer();
 
 // The localized text of `key`, or `defaultText`.
 String localizeText(const String& key, const String& defaultText);
+
+// Every message key the framework knows, and the default English text of one (null for
+// an unknown key).
+std::vector<String> getMessageKeys();
+String getDefaultMessageText(const String& key);
+// The localized text of a known key, its default text when there is no translation.
+String localizeText(const String& key);
 
 // `text` with each "%NAME%" placeholder replaced by `value` (a null value counts as empty).
 // `name` is given without the percent signs ("FILE"); "%FILE%" is accepted as well.

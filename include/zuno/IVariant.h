@@ -33,20 +33,20 @@ public:
     // Any of the three integer kinds or a double.
     bool isNumber() const;
 
-    // Values. Each raises CCastError when the variant does not hold such a value, and
-    // when it claims a kind without being of that kind's class.
-    bool getBoolean() const;
+    // Values. Each variant class answers for its own kind; the others (and a variant that
+    // claims a kind without being of that kind's class) raise CCastError.
+    virtual bool getBoolean() const;
     // Any integer kind; an unsigned value above the signed range raises CCastError.
-    int64_t getInt64() const;
+    virtual int64_t getInt64() const;
     // Any integer kind; a negative value raises CCastError.
-    uint64_t getUInt64() const;
+    virtual uint64_t getUInt64() const;
     // Any number kind.
-    double getDouble() const;
-    String getString() const;
-    CVariantArray& asArray();
-    const CVariantArray& asArray() const;
-    CVariantMap& asMap();
-    const CVariantMap& asMap() const;
+    virtual double getDouble() const;
+    virtual String getString() const;
+    CVariantArray& asArray() { return const_cast<CVariantArray&>(static_cast<const IVariant*>(this)->asArray()); }
+    virtual const CVariantArray& asArray() const;
+    CVariantMap& asMap() { return const_cast<CVariantMap&>(static_cast<const IVariant*>(this)->asMap()); }
+    virtual const CVariantMap& asMap() const;
 
     // A deep copy: arrays and maps are copied, scalars (immutable) are shared. Works
     // without recursion, so any depth is fine. A variant of a kind the framework does not

@@ -2,6 +2,7 @@
 #include "CMailerFileReader.h"
 #include "mailerPlatform.h"
 
+#include <zuno/CError.h>
 #include <zuno/IMailFactory.h>
 #include <zuno/IPathes.h>
 #include <zuno/ISystem.h>
@@ -26,9 +27,11 @@ int32_t CMailer::run(const std::vector<String>& arguments) {
         P<IMail> mail = getMailFactory()->createMail();
         reader.fillMail(*mail);
         result = mail->send();
-    } catch (...) {
+    } catch (const CError&) {
         // A file whose content cannot become a mail (an attachment that is no local file
-        // URI, say) is refused like any other bad mailer file: it stays for the caller.
+        // URI: CURIError; a path the path service cannot take: CError) is refused like any
+        // other bad mailer file: it stays for the caller. Anything else (out of memory, a
+        // bug) is not a property of the file and is not disguised as one.
         return NotAMailerFile;
     }
     removeMailerFile(path);
@@ -40,7 +43,8 @@ void CMailer::removeMailerFile(const String& path) {
         P<IURI> uri = getPathes()->pathToURI(path);
         getSystem()->deleteFile(uri);
     } catch (...) {
-        // A file that cannot be deleted does not change the outcome of the hand-off.
+        // Whatever the removal raises is discarded: a file that cannot be deleted does not
+        // change the outcome of the hand-off, which has happened by now.
     }
 }
 

@@ -8,7 +8,9 @@
 namespace mailer {
 
 // The mailer command: reads the mailer file named by its one argument, hands the mail to
-// the user's mail client, deletes the file and answers the exit code.
+// the user's mail client, deletes the file and answers the exit code: one of its own below
+// when the command line or the file is refused, else the hand-off's result (MailResult.h,
+// whose -1 and -2 deliberately share the values of the first two).
 class CMailer {
 public:
     static constexpr int32_t WrongArgumentCount = -1;

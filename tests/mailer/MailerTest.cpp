@@ -111,8 +111,8 @@ TEST_F(MailerTest, CompleteMailIsHandedOffAsTheFormatRulesPickItAndTheFileDelete
 
 TEST_F(MailerTest, ClientResultIsTheExitCodeAndTheFileIsDeletedWhateverItsName) {
     write("relative.xml", "<mailerfile/>");
-    client().setResult(1);  // the user cancelled
-    EXPECT_EQ(run({"relative.xml"}), 1);
+    client().setResult(2);  // the client failed
+    EXPECT_EQ(run({"relative.xml"}), 2);
     EXPECT_FALSE(exists("relative.xml"));
     const RecordedMail empty = client().lastMail();
     EXPECT_TRUE(empty.subject.empty() && empty.to.empty() && empty.cc.empty() && empty.bcc.empty());

@@ -22,7 +22,7 @@ class RecordingMailClient {
 public:
     enum class Kind {
         Default,        // the platform's usual client (MAPI; on Linux a Thunderbird-family client)
-        Other,          // Linux: a client reached through xdg-email; Windows: as Default
+        Other,          // Linux: a client given a plain mailto URI; Windows: as Default
         NoSendFunction, // Windows: a MAPI32.DLL without MAPISendMail; Linux: as Default
         Missing,        // no mail client at all
     };

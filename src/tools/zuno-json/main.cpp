@@ -1,28 +1,30 @@
-// zuno-json [--pretty] [FILE]
+// zuno-json [--pretty] [--exact] [FILE]
 //
 // Reads JSON text (UTF-8) from FILE, or from standard input when FILE is "-" or missing,
 // and prints it again on standard output, compact or with --pretty, followed by a line
-// feed. Exit codes: 0 when the text parses (empty text prints nothing), 1 on a parse error,
-// whose message goes to standard error, 2 on a usage or input error.
+// feed. By default numbers follow the framework's default rules, which lose precision;
+// --exact reads and prints every number and string exactly (JsonMode::Exact). Exit
+// codes: 0 when the text parses (empty text prints nothing), 1 on a parse error, whose
+// message goes to standard error, 2 on a usage or input error.
 #include "jsonToolPlatform.h"
 
 #include <zuno/CError.h>
 #include <zuno/CJsonParser.h>
 #include <zuno/CJsonPrinter.h>
-#include <zuno/CUTF8InStream.h>
 
 #include <cstdio>
 #include <cstring>
 #include <string>
-#include <utility>
 
 using namespace zuno;
 
 namespace {
 
 const char Usage[] =
-    "usage: zuno-json [--pretty] [FILE]\n"
-    "Checks JSON text from FILE (or standard input) and prints it compact, or indented with --pretty.\n";
+    "usage: zuno-json [--pretty] [--exact] [FILE]\n"
+    "Checks JSON text from FILE (or standard input) and prints it compact, or indented with --pretty.\n"
+    "By default numbers follow the framework's default rules, which lose precision (1.000001 prints 1);\n"
+    "--exact keeps every number and string exactly.\n";
 
 bool readAll(std::FILE* in, std::string& text) {
     char buffer[65536];
@@ -41,10 +43,13 @@ void writeLine(std::FILE* out, const std::string& text) {
 int main(int argc, char** argv) {
     jsontool::prepareProcess();
     bool pretty = false;
+    JsonMode mode = JsonMode::Default;
     const char* path = nullptr;
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--pretty") == 0) {
             pretty = true;
+        } else if (std::strcmp(argv[i], "--exact") == 0) {
+            mode = JsonMode::Exact;
         } else if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
             std::fputs(Usage, stdout);
             return 0;
@@ -71,8 +76,8 @@ int main(int argc, char** argv) {
     }
 
     try {
-        const P<IVariant> root = CJsonParser(make<CUTF8InStream>(std::move(input))).parseDocument();
-        if (root) writeLine(stdout, CJsonPrinter(pretty).print(*root).toStdString());
+        const P<IVariant> root = CJsonParser::parseUTF8(input.data(), input.size(), mode);
+        if (root) writeLine(stdout, CJsonPrinter(pretty, mode).print(*root).toStdString());
     } catch (const CJsonParserError& error) {
         writeLine(stderr, error.getMessage().toStdString());
         return 1;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <zuno/CSmallObject.h>
 #include <zuno/CString.h>
 #include <zuno/P.h>
 
@@ -10,7 +11,7 @@ namespace zuno {
 
 // A wide text object that keeps its characters in the same allocation as itself: one
 // allocation per text instead of two, for the many small texts that parsing and
-// formatting make.
+// formatting make; small ones are carved from CSmallObject's chunks.
 class CCompactWideString final : public CWCharString {
 public:
     // A copy of `count` wide characters; `charCount` is their number of characters as the
@@ -22,12 +23,12 @@ private:
         std::size_t bytes;
     };
 
-    static void* operator new(std::size_t size, TextRoom room) { return ::operator new(size + room.bytes); }
+    static void* operator new(std::size_t size, TextRoom room) { return CSmallObject::allocate(size + room.bytes); }
     // Frees the memory when the constructor fails.
-    static void operator delete(void* memory, TextRoom) { ::operator delete(memory); }
+    static void operator delete(void* memory, TextRoom) { CSmallObject::free(memory); }
 
 public:
-    static void operator delete(void* memory) { ::operator delete(memory); }
+    static void operator delete(void* memory) { CSmallObject::free(memory); }
 
 private:
     CCompactWideString(const wchar_t* text, size_t count, int32_t charCount);

@@ -3,11 +3,13 @@
 
 #include "values/CVariantReleaser.h"
 
+#include <iterator>
 #include <string>
 
 namespace zuno {
 
-CVariantArray::CVariantArray(std::vector<P<IVariant>> values) : m_values(std::move(values)) {
+CVariantArray::CVariantArray(std::vector<P<IVariant>> values)
+    : m_values(std::make_move_iterator(values.begin()), std::make_move_iterator(values.end())) {
     for (const P<IVariant>& value : m_values) checkValue(value, "CVariantArray::CVariantArray");
 }
 
@@ -47,7 +49,7 @@ void CVariantArray::removeAt(int32_t index) {
 }
 
 void CVariantArray::clear() {
-    std::vector<P<IVariant>> old;
+    Values old;
     old.swap(m_values);
     CVariantReleaser releaser;
     for (P<IVariant>& value : old) releaser.release(value);

@@ -89,7 +89,7 @@ bool CVariantMap::remove(const String& key) {
 }
 
 void CVariantMap::clear() {
-    std::vector<Entry> old;
+    Entries old;
     old.swap(m_entries);
     m_slots.clear();
     CVariantReleaser releaser;

@@ -1,17 +1,9 @@
 #include <zuno/CVariantArray.h>
-#include <zuno/CVariantBoolean.h>
-#include <zuno/CVariantDouble.h>
-#include <zuno/CVariantInt32.h>
-#include <zuno/CVariantInt64.h>
 #include <zuno/CVariantMap.h>
-#include <zuno/CVariantString.h>
-#include <zuno/CVariantUInt64.h>
 #include <zuno/IVariant.h>
 
-#include "values/variantCast.h"
-
 #include <cstdint>
-#include <limits>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -22,49 +14,15 @@ bool IVariant::isNumber() const {
     return kind == Kind::Int32 || kind == Kind::Int64 || kind == Kind::UInt64 || kind == Kind::Double;
 }
 
-bool IVariant::getBoolean() const {
-    return variantCast<CVariantBoolean>(*this).getValue();
-}
-
-int64_t IVariant::getInt64() const {
-    switch (getKind()) {
-    case Kind::Int32: return variantCast<CVariantInt32>(*this).getValue();
-    case Kind::Int64: return variantCast<CVariantInt64>(*this).getValue();
-    case Kind::UInt64: {
-        const uint64_t value = variantCast<CVariantUInt64>(*this).getValue();
-        if (value <= uint64_t(std::numeric_limits<int64_t>::max())) return int64_t(value);
-        break;
-    }
-    default: break;
-    }
-    throwCastError(this, typeid(int64_t));
-}
-
-uint64_t IVariant::getUInt64() const {
-    if (getKind() == Kind::UInt64) return variantCast<CVariantUInt64>(*this).getValue();
-    const int64_t value = getInt64();
-    if (value < 0) throwCastError(this, typeid(uint64_t));
-    return uint64_t(value);
-}
-
-double IVariant::getDouble() const {
-    switch (getKind()) {
-    case Kind::Double: return variantCast<CVariantDouble>(*this).getValue();
-    case Kind::Int32: return variantCast<CVariantInt32>(*this).getValue();
-    case Kind::Int64: return double(variantCast<CVariantInt64>(*this).getValue());
-    case Kind::UInt64: return double(variantCast<CVariantUInt64>(*this).getValue());
-    default: throwCastError(this, typeid(double));
-    }
-}
-
-String IVariant::getString() const {
-    return variantCast<CVariantString>(*this).getValue();
-}
-
-CVariantArray& IVariant::asArray() { return variantCast<CVariantArray>(*this); }
-const CVariantArray& IVariant::asArray() const { return variantCast<CVariantArray>(*this); }
-CVariantMap& IVariant::asMap() { return variantCast<CVariantMap>(*this); }
-const CVariantMap& IVariant::asMap() const { return variantCast<CVariantMap>(*this); }
+// Each variant class overrides the accessors of its own kind; what reaches these does not
+// hold such a value.
+bool IVariant::getBoolean() const { throwCastError(this, typeid(bool)); }
+int64_t IVariant::getInt64() const { throwCastError(this, typeid(int64_t)); }
+uint64_t IVariant::getUInt64() const { throwCastError(this, typeid(uint64_t)); }
+double IVariant::getDouble() const { throwCastError(this, typeid(double)); }
+String IVariant::getString() const { throwCastError(this, typeid(String)); }
+const CVariantArray& IVariant::asArray() const { throwCastError(this, typeid(CVariantArray)); }
+const CVariantMap& IVariant::asMap() const { throwCastError(this, typeid(CVariantMap)); }
 
 namespace {
 

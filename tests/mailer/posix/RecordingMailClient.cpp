@@ -1,8 +1,7 @@
 #include "RecordingMailClient.h"
 #include "recordingClientFile.h"
 #include "TemporaryFolder.h"
-
-#include "text/percentEncoding.h"
+#include "mailClientArguments.h"
 
 #include <gtest/gtest.h>
 
@@ -11,12 +10,10 @@
 
 // The Linux stand-in: a throw-away HOME whose mimeapps.list makes a desktop entry the
 // default mailto handler, and a bin folder first on PATH. Kind::Default: the entry starts a
-// fake `thunderbird`; Kind::Other: it names `othermail`, which does nothing, so the tool must
-// go through the fake `xdg-email` beside it. The real xdg-mime finds the handler.
-// Kind::Missing is a system without xdg-utils: PATH holds only the empty bin folder.
+// fake `thunderbird`; Kind::Other: a fake `othermail`, which is given a plain mailto URI.
+// Kind::Missing: no mailto handler at all. No xdg-utils program is involved.
 
-using zuno::percentDecode;
-using zuno::percentEncode;
+using zuno::posix::MailClientFamily;
 using Strings = std::vector<std::string>;
 
 namespace {
@@ -24,75 +21,40 @@ namespace {
 // Records its argument vector (NUL-terminated texts), prints noise the tool must swallow,
 // then stalls or ends as the files described in recordingClientFile.h tell it.
 const char* const FakeClient =
-    "#!/bin/sh\nd=\"${0%/*}/..\"\nprintf '%s\\000' \"$@\" > \"$d/record\"\necho noise; echo noise >&2\n"
+    "#!/bin/sh\nd=\"%WORK%/.mailclient\"\nprintf '%s\\000' \"$@\" > \"$d/record\"\necho noise; echo noise >&2\n"
     "if [ -e \"$d/stall\" ]; then echo $$ > \"$d/pid\"; exec sleep 300; fi\n"
     "read status < \"$d/status\"; case $status in -*) kill $status $$;; esac; exit $status\n";
 
-// `text` cut at each `separator`; with `quotes`, not inside single quotes (as Thunderbird's
-// -compose parser does).
-Strings split(const std::string& text, const std::string& separator, bool quotes = false) {
-    Strings parts(1);
-    bool quoted = false;
-    for (size_t i = 0; i < text.size(); ++i) {
-        quoted ^= quotes && text[i] == '\'';
-        if (!quoted && text.compare(i, separator.size(), separator) == 0) {
-            parts.emplace_back();
-            i += separator.size() - 1;
-        } else {
-            parts.back() += text[i];
-        }
-    }
-    return parts;
-}
-
-// Adds a field of the mail under Thunderbird's name for it.
-void add(RecordedMail& mail, const std::string& key, const std::string& value) {
-    if (key == "subject") mail.subject = value;
-    else if (key == "body") mail.note = value;
-    else if (key == "to") mail.to.push_back(value);
-    else if (key == "cc") mail.cc.push_back(value);
-    else if (key == "bcc") mail.bcc.push_back(value);
-    else if (key == "attachment") mail.attachments.push_back(value);
-    else ADD_FAILURE() << "unexpected field: " << key;
-}
-
-// Thunderbird's "-compose" and a list of key=value fields, each value percent-encoded; the
-// recipients are joined by ", ", the attachments are 'URI,URI'.
-RecordedMail fromCompose(const Strings& args) {
-    RecordedMail mail;
-    if (args.empty() || args.size() > 2 || args[0] != "-compose") ADD_FAILURE() << "not one -compose list";
-    for (const std::string& field : args.size() == 2 ? split(args[1], ",", true) : Strings{}) {
-        const std::string key = field.substr(0, field.find('='));
-        const std::string raw = field.substr(std::min(field.size(), key.size() + 1)), value = percentDecode(raw);
-        if (key == "attachment") {
-            for (const std::string& uri : split(raw.substr(1, raw.size() - 2), ",")) {
-                add(mail, key, percentDecode(uri.substr(std::min<size_t>(7, uri.size()))));
-                EXPECT_EQ("file://" + percentEncode(mail.attachments.back(), "/"), uri) << "a fully encoded file URI";
-            }
-            continue;
-        }
-        EXPECT_EQ(percentEncode(value), raw) << "a fully encoded value of " << key;
-        for (const std::string& text : key == "subject" || key == "body" ? Strings{value} : split(value, ", "))
-            add(mail, key, text);
-    }
-    return mail;
-}
-
-// xdg-email's "--utf8", then options each followed by its text.
-RecordedMail fromXdgEmail(const Strings& args) {
-    const std::map<std::string, std::string> keys{{"--subject", "subject"}, {"--body", "body"}, {"--to", "to"},
-                                                  {"--cc", "cc"}, {"--bcc", "bcc"}, {"--attach", "attachment"}};
-    RecordedMail mail;
-    if (args.empty() || args[0] != "--utf8" || args.size() % 2 == 0) ADD_FAILURE() << "not options and values";
-    for (size_t i = 1; i + 1 < args.size(); i += 2)
-        add(mail, keys.count(args[i]) ? keys.at(args[i]) : args[i], args[i + 1]);
-    return mail;
+std::string withWorkFolder(std::string text, const std::string& workDir) {
+    for (size_t at = 0; (at = text.find("%WORK%", at)) != std::string::npos; at += workDir.size())
+        text.replace(at, 6, workDir);
+    return text;
 }
 
 } // namespace
 
 std::string recordingClientFile(const std::string& workDir, const std::string& name) {
     return workDir + "/.mailclient/" + name;
+}
+
+void installRecordingClient(const std::string& workDir, const std::string& exec, const std::string& standIn) {
+    const auto file = [&](const std::string& name) { return recordingClientFile(workDir, name); };
+    std::filesystem::remove(file("record"));
+    TemporaryFolder::writeFile(file("home/.config/mimeapps.list"),
+                               "[Default Applications]\nx-scheme-handler/mailto=mail-client.desktop\n");
+    TemporaryFolder::writeFile(file("home/.local/share/applications/mail-client.desktop"),
+                               "[Desktop Entry]\nType=Application\nName=Mail\nExec=" + withWorkFolder(exec, workDir) +
+                                   "\n");
+    const std::string program = standIn.find('/') == std::string::npos ? file("bin/" + standIn)
+                                                                        : withWorkFolder(standIn, workDir);
+    TemporaryFolder::writeFile(program, withWorkFolder(FakeClient, workDir), 0755);
+}
+
+Strings recordedArguments(const std::string& workDir) {
+    Strings args = mailClientArguments::split(TemporaryFolder::read(recordingClientFile(workDir, "record")),
+                                              std::string(1, '\0'));
+    args.pop_back();  // after the last terminator
+    return args;
 }
 
 struct RecordingMailClient::State {
@@ -107,28 +69,17 @@ RecordingMailClient::RecordingMailClient(const std::string& workDir, Kind kind) 
     setResult(0);
     if (kind == Kind::Missing) return;
     const std::string program = kind == Kind::Other ? "othermail" : "thunderbird";
-    TemporaryFolder::writeFile(m_state->file("home/.config/mimeapps.list"),
-                               "[Default Applications]\nx-scheme-handler/mailto=" + program + ".desktop\n");
-    TemporaryFolder::writeFile(m_state->file("home/.local/share/applications/" + program + ".desktop"),
-                               "[Desktop Entry]\nType=Application\nName=Mail\nExec=" + program + " %u\n");
-    TemporaryFolder::writeFile(m_state->file("bin/" + program), kind == Kind::Other ? "#!/bin/sh\n" : FakeClient, 0755);
-    if (kind == Kind::Other) TemporaryFolder::writeFile(m_state->file("bin/xdg-email"), FakeClient, 0755);
+    installRecordingClient(workDir, program + " %u", program);
 }
 
 RecordingMailClient::~RecordingMailClient() {
     delete m_state;
 }
 
-// xdg-email answers a result through the exit status that the tool maps to it.
+// A client tells only success (status 0) from failure (any other status).
 void RecordingMailClient::setResult(int result) {
-    const std::map<int, int> xdgEmailStatuses{{0, 0}, {2, 4}, {11, 2}, {12, 5}, {26, 3}};
-    const bool other = m_state->kind == Kind::Other;
-    if (other && !xdgEmailStatuses.count(result)) {
-        ADD_FAILURE() << "xdg-email cannot answer " << result;
-        return;
-    }
-    const int status = other ? xdgEmailStatuses.at(result) : result;
-    TemporaryFolder::writeFile(m_state->file("status"), std::to_string(status) + "\n");
+    if (result != 0 && result != 2) ADD_FAILURE() << "a mail client cannot answer " << result;
+    TemporaryFolder::writeFile(m_state->file("status"), result == 0 ? "0\n" : "1\n");
 }
 
 std::string RecordingMailClient::mailerPath() const {
@@ -137,17 +88,10 @@ std::string RecordingMailClient::mailerPath() const {
 
 std::map<std::string, std::string> RecordingMailClient::environment() const {
     const std::string home = m_state->file("home"), path = std::getenv("PATH") ? std::getenv("PATH") : "/usr/bin";
-    std::map<std::string, std::string> variables{
-        {"HOME", home}, {"XDG_CONFIG_HOME", home + "/.config"}, {"XDG_DATA_HOME", home + "/.local/share"},
-        {"XDG_CONFIG_DIRS", m_state->file("etc")}, {"XDG_DATA_DIRS", m_state->file("share")},
-        {"PATH", m_state->file("bin") + (m_state->kind == Kind::Missing ? "" : ":" + path)},
-        {"ZUNO_MAIL_CLIENT_WAIT_MS", "60000"}};  // every stand-in ends within it
-    // xdg-mime and xdg-email must take the generic desktop path, whatever session runs the tests.
-    for (const char* name : {"XDG_CURRENT_DESKTOP", "XDG_SESSION_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
-                             "KDE_SESSION_VERSION", "GNOME_DESKTOP_SESSION_ID", "MATE_DESKTOP_SESSION_ID", "DISPLAY",
-                             "WAYLAND_DISPLAY", "MAILER", "BROWSER", "XDG_UTILS_DEBUG_LEVEL"})
-        variables[name] = "";
-    return variables;
+    return {{"HOME", home}, {"XDG_CONFIG_HOME", home + "/.config"}, {"XDG_DATA_HOME", home + "/.local/share"},
+            {"XDG_CONFIG_DIRS", m_state->file("etc")}, {"XDG_DATA_DIRS", m_state->file("share")},
+            {"XDG_CURRENT_DESKTOP", "ZunoTest"}, {"PATH", m_state->file("bin") + ":" + path},
+            {"ZUNO_MAIL_CLIENT_WAIT_MS", "60000"}};  // every stand-in ends within it
 }
 
 bool RecordingMailClient::wasCalled() const {
@@ -155,9 +99,10 @@ bool RecordingMailClient::wasCalled() const {
 }
 
 RecordedMail RecordingMailClient::lastMail() const {
-    Strings args = split(TemporaryFolder::read(m_state->file("record")), std::string(1, '\0'));
-    args.pop_back();  // after the last terminator
-    return m_state->kind == Kind::Other ? fromXdgEmail(args) : fromCompose(args);
+    const zuno::posix::MailDraft draft = mailClientArguments::fromArguments(
+        m_state->kind == Kind::Other ? MailClientFamily::Other : MailClientFamily::Thunderbird,
+        recordedArguments(m_state->workDir));
+    return {draft.subject, draft.note, draft.to, draft.cc, draft.bcc, draft.attachments};
 }
 
 // The tool's own output goes to a file, so tests can tell that it prints nothing.

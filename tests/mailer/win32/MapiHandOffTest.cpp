@@ -75,6 +75,10 @@ TEST_F(MapiHandOff, fillsEverySimpleMapiField) {
           recipient("1", "Ann <ann@example.org>"), recipient("1", "bob"), recipient("2", "carol"),
           recipient("3", "dave"), recipient("3", "Eve"),
           {"file", "0", "0", "4294967295", quoted(attachment), quoted(attachment), "null"}}},
+        // A file URI without a folder names a file in the current directory; MAPI gets its full path.
+        {"<attachments><attachment>file:a%20b.txt</attachment></attachments>",
+         {call, {"message", "0", "\"\"", "\"\"", "null", "null", "null", "0", "null", "0", "null", "1", "set"},
+          {"file", "0", "0", "4294967295", quoted(attachment), quoted(attachment), "null"}}},
     };
     RecordingMailClient client(m_dir.u8string());
     for (const auto& [content, expected] : cases) {

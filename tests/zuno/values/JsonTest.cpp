@@ -116,6 +116,12 @@ std::string readAll(IInStream& stream, int32_t piece) {
     return bytes;
 }
 
+// The double a variant holds, bit for bit (getDouble() would also accept integers).
+template <class T>
+const T& variantValue(const IVariant& variant) {
+    return dynamic_cast<const CVariant<T>&>(variant).getValue();
+}
+
 } // namespace
 
 TEST(Variant, EachClassHasItsKindAndValue) {
@@ -281,6 +287,27 @@ TEST(JsonParser, NumbersFollowTheDigitByDigitRules) {
     EXPECT_EQ(element("12345678901234567")->getInt64(), 12345678901234567) << "integers are exact";
 }
 
+// The value of a number with a fraction of many digits is bit for bit the digit-by-digit
+// sum: integer part plus d / 10^k for each digit, the divisor multiplied by ten per place.
+TEST(JsonParser, FractionsAreSummedDigitByDigit) {
+    std::mt19937 random(5);
+    for (int i = 0; i < 20000; ++i) {
+        const int integer = int(random() % 1000);
+        std::string digits;
+        const int places = 1 + int(random() % 40);
+        for (int k = 0; k < places; ++k) digits += char('0' + random() % 10);
+        double fraction = 0, divisor = 1;
+        for (const char d : digits) {
+            divisor *= 10;
+            fraction += (d - '0') / divisor;
+        }
+        if (fraction < 0.00001) continue;
+        const double expected = -(integer + fraction);
+        const double parsed = element("-" + std::to_string(integer) + "." + digits)->getDouble();
+        ASSERT_EQ(std::memcmp(&parsed, &expected, sizeof parsed), 0) << integer << "." << digits;
+    }
+}
+
 TEST(JsonParser, StringsKeepEscapedCodeUnitsAsTheyAre) {
     const std::pair<const char*, const wchar_t*> cases[] = {
         {"\"\\\" \\\\ \\/ \\b \\f \\n \\r \\t\"", L"\" \\ / \b \f \n \r \t"},
@@ -292,6 +319,22 @@ TEST(JsonParser, StringsKeepEscapedCodeUnitsAsTheyAre) {
         {"\"\"", L""},
     };
     for (const auto& c : cases) EXPECT_EQ(element(c.first)->getString().toStdWString(), c.second) << c.first;
+}
+
+TEST(JsonParser, LongStringsAreReadWhole) {
+    std::string body;
+    for (int i = 0; i < 20000; ++i) body += i % 1000 ? "ab" : "\xc3\xa9\\n";
+    const std::string expected = [&] {
+        std::string text = body;
+        for (size_t at; (at = text.find("\\n")) != std::string::npos;) text.replace(at, 2, "\n");
+        return text;
+    }();
+    for (const int copies : {1, 2}) {  // the second string reuses the parser's buffer
+        std::string document = "[";
+        for (int i = 0; i < copies; ++i) document += std::string(i ? "," : "") + '"' + body + '"';
+        const P<IVariant> root = parse(document + "]");
+        for (int i = 0; i < copies; ++i) EXPECT_TRUE(root->asArray().getAt(i)->getString().toStdString() == expected);
+    }
 }
 
 TEST(JsonParser, EveryErrorHasItsMessage) {
@@ -327,8 +370,18 @@ TEST(JsonParser, EveryErrorHasItsMessage) {
         {"[1", endInBlanks},
         {"{", endInBlanks},
         {"[\f1]", "unknown object for parse value"},  // only tab, LF, CR and blank are white space
+        // Positions count UTF-16 code units, whatever the text is stored as.
+        {"[\"\xf0\x9f\x98\x80\xc3\xa9\" x]", "Expected char ']' not found at postion 7 - found 'x'"},
+        {"[1 \xf0\x9f\x98\x80]", "Expected char ']' not found at postion 3 - found '\xf0\x9f\x98\x80'"},
+        {"[tr\xc3\xa9", endOfStream},
+        {"[\"\\u12\xc3\xa9", "stream size to small for reading unicode char"},
     };
-    for (const auto& c : cases) EXPECT_EQ(parseError(c[0]), c[1]) << c[0];
+    for (const auto& c : cases) {
+        EXPECT_EQ(parseError(c[0]), c[1]) << c[0];
+        const std::string bytes = c[0];
+        EXPECT_EQ(answerFor([&] { return CJsonParser::parseUTF8(bytes.data(), bytes.size()); }), c[1]) << c[0];
+        EXPECT_EQ(answerFor([&] { return CJsonParser(make<CUTF8InStream>(bytes)).parseDocument(); }), c[1]) << c[0];
+    }
 }
 
 TEST(JsonParser, NestingIsLimited) {
@@ -392,6 +445,106 @@ TEST(JsonPrinter, DoublesPrintAsPercentGOnEveryPlatform) {
     }
 }
 
+TEST(JsonExactMode, NumbersReadInFullOrAsCorrectlyRoundedDoubles) {
+    struct Case { const char* text; IVariant::Kind kind; const char* printed; };
+    using K = IVariant::Kind;
+    const Case cases[] = {
+        {"9223372036854775807", K::Int64, "9223372036854775807"},
+        {"-9223372036854775808", K::Int64, "-9223372036854775808"},
+        {"9223372036854775808", K::UInt64, "9223372036854775808"},
+        {"18446744073709551615", K::UInt64, "18446744073709551615"},
+        {"18446744073709551616", K::Double, "18446744073709551616.0"},
+        {"-9223372036854775809", K::Double, "-9223372036854775808.0"},
+        {"-0", K::Int64, "0"},
+        {"-", K::Int64, "0"},
+        {"1.000001", K::Double, "1.000001"},
+        {"1.0", K::Double, "1.0"},
+        {"5e-1", K::Double, "0.5"},
+        {"1e1", K::Double, "10.0"},
+        {"-.5", K::Double, "-0.5"},
+        {"1e-+5", K::Double, "1e-05"},
+        {"0.1", K::Double, "0.1"},
+        {"1e-300", K::Double, "1e-300"},
+        {"-0.0", K::Double, "-0.0"},
+        {"2.2250738585072011e-308", K::Double, "2.225073858507201e-308"},
+        {"0.30000000000000004", K::Double, "0.30000000000000004"},
+        {"123456789012345678901234567890", K::Double, "1.2345678901234568e+29"},
+        {"1e400", K::Double, "null"},
+        {"-1e400", K::Double, "null"},
+        {"1e999999999999", K::Double, "null"},
+        {"1e-400", K::Double, "0.0"},
+        {"-0.0000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+         "00000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+         "00000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+         "00000000000000000000000000000000000000000001", K::Double, "-0.0"},
+        {"100000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+         "00000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+         "00000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+         "000000000000000000000000000000000000000000000000000e-1", K::Double, "null"},
+    };
+    for (const Case& c : cases) {
+        const P<IVariant> root = CJsonParser::parse(String::fromUTF8ToWide(std::string("[") + c.text + "]"), JsonMode::Exact);
+        const P<IVariant> number = root->asArray().getAt(0);
+        EXPECT_EQ(number->getKind(), c.kind) << c.text;
+        EXPECT_EQ(CJsonPrinter(false, JsonMode::Exact).print(*root).toStdString(), std::string("[") + c.printed + "]")
+            << c.text;
+    }
+}
+
+TEST(JsonExactMode, EveryValueReadsBackAsTheSameKindAndValue) {
+    std::vector<P<IVariant>> values = {
+        make<CVariantInt64>(std::numeric_limits<int64_t>::min()), make<CVariantInt64>(std::numeric_limits<int64_t>::max()),
+        make<CVariantUInt64>(std::numeric_limits<uint64_t>::max()), make<CVariantDouble>(1.000001),
+        make<CVariantDouble>(100), make<CVariantDouble>(5e-324), make<CVariantDouble>(1.7976931348623157e308),
+        make<CVariantDouble>(-0.0), make<CVariantDouble>(1e21), make<CVariantDouble>(1e-7)};
+    std::wstring controls;
+    for (wchar_t c = 0; c < 0x20; ++c) controls += c;
+    controls += L"\"\\/\x7f\u00e9\U0001F600";
+    values.push_back(make<CVariantString>(String(controls.c_str(), int32_t(controls.size()))));
+    std::mt19937_64 random(11);
+    for (int i = 0; i < 20000; ++i) {
+        const uint64_t bits = random();
+        double value;
+        std::memcpy(&value, &bits, sizeof value);
+        if (std::isfinite(value)) values.push_back(make<CVariantDouble>(value));
+    }
+    const P<IVariant> tree = make<CVariantArray>(values);
+    for (const bool pretty : {false, true}) {
+        const String text = CJsonPrinter(pretty, JsonMode::Exact).print(*tree);
+        for (const wchar_t c : text.toStdWString()) ASSERT_FALSE(c < 0x20 && c != L'\n' && c != L'\t') << int(c);
+        const P<IVariant> back = CJsonParser::parse(text, JsonMode::Exact);
+        ASSERT_EQ(back->asArray().getCount(), int32_t(values.size()));
+        for (size_t i = 0; i < values.size(); ++i) {
+            const IVariant& original = *values[i];
+            const IVariant& read = *back->asArray().getAt(int32_t(i));
+            ASSERT_EQ(read.getKind(), original.getKind()) << i;
+            if (original.isDouble()) {
+                ASSERT_EQ(std::memcmp(&variantValue<double>(read), &variantValue<double>(original), sizeof(double)), 0)
+                    << std::hexfloat << original.getDouble();
+            } else if (original.isString()) {
+                ASSERT_EQ(read.getString(), original.getString());
+            } else if (original.isUInt64()) {
+                ASSERT_EQ(read.getUInt64(), original.getUInt64());
+            } else {
+                ASSERT_EQ(read.getInt64(), original.getInt64());
+            }
+        }
+    }
+}
+
+TEST(JsonExactMode, StringsEscapeControlCharactersAndLoneSurrogates) {
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"\x01\x1f\x7f", L"\"\\u0001\\u001F\x7f\""},
+        {L"\b\f\n\r\t\"\\/", L"\"\\b\\f\\n\\r\\t\\\"\\\\/\""},
+        {L"a\xD800z", L"\"a\\uD800z\""},
+        {L"\U0001F600", L"\"\U0001F600\""},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(CJsonPrinter(false, JsonMode::Exact).print(*arrayOf({make<CVariantString>(String(c.first))})),
+                  String((std::wstring(L"[") + c.second + L"]").c_str()));
+    }
+}
+
 // Every file of the suite, in one process: each gives exactly our recorded answer, and none
 // crashes, hangs or upsets the sanitizers.
 TEST(JsonTestSuite, EveryFileGivesOurRecordedAnswer) {
@@ -405,12 +558,14 @@ TEST(JsonTestSuite, EveryFileGivesOurRecordedAnswer) {
         std::ifstream in(folder / name, std::ios::binary);
         ASSERT_TRUE(in.is_open()) << name << " cannot be read";
         const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-        // Through a String, and straight from the bytes: the same answer either way.
+        // Through a wide String, a UTF-8 String, a stream and straight from the bytes: the
+        // same answer every way.
         const std::string fromString = answerFor([&] { return CJsonParser::parse(String::fromUTF8ToWide(bytes)); });
-        const std::string fromBytes = answerFor([&] { return CJsonParser(make<CUTF8InStream>(bytes)).parseDocument(); });
         const std::string answer = fromString.compare(0, 6, "accept") == 0 ? "accept" : '"' + fromString + '"';
         EXPECT_EQ(answer, line.substr(name.size() + 1)) << name;
-        EXPECT_EQ(fromBytes, fromString) << name;
+        EXPECT_EQ(answerFor([&] { return CJsonParser(make<CUTF8InStream>(bytes)).parseDocument(); }), fromString) << name;
+        EXPECT_EQ(answerFor([&] { return CJsonParser::parseUTF8(bytes.data(), bytes.size()); }), fromString) << name;
+        EXPECT_EQ(answerFor([&] { return CJsonParser::parse(String::fromUTF8(bytes)); }), fromString) << name;
         ++files;
     }
     const std::filesystem::directory_iterator listing(folder);

@@ -1,18 +1,21 @@
 #include <zuno/CMail.h>
+#include <zuno/MailResult.h>
 #include "mail/posix/childProcess.h"
+#include "mail/posix/desktopExec.h"
 #include "mail/posix/mailClientCommand.h"
 #include "mail/posix/xdgDesktop.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-// The hand-off on the free desktops. The default mailto handler is started directly when it
-// is a Thunderbird-family client (its -compose list carries every field percent-encoded);
-// any other client is reached through xdg-email. Both get an argument vector, never a
-// shell. The results are Simple MAPI codes, as on Windows.
+// The hand-off on the free desktops: the default mailto handler's desktop entry gives the
+// client's command line and its family; the family's adapter puts the mail into arguments
+// (see mailClientCommand.h), and the client is started from that argument vector, never
+// through a shell. The results are Simple MAPI codes, as on Windows.
 
 namespace zuno {
 
@@ -20,24 +23,22 @@ namespace {
 
 using posix::ChildOutcome;
 
-const int32_t NoMailClient = -1;
-const int32_t MapiFailure = 2;              // MAPI_E_FAILURE
-const int32_t AttachmentNotFound = 11;      // MAPI_E_ATTACHMENT_NOT_FOUND
-const int32_t AttachmentOpenFailure = 12;   // MAPI_E_ATTACHMENT_OPEN_FAILURE
-const int32_t TextTooLarge = 18;            // MAPI_E_TEXT_TOO_LARGE
-
 const char* const ClientWaitVariable = "ZUNO_MAIL_CLIENT_WAIT_MS";
 const long DefaultClientWaitMilliseconds = 3000;
+const long MaxClientWaitMilliseconds = 24L * 60 * 60 * 1000;  // far longer would overflow the deadline
 
 // How long a started client may take to end before it counts as having opened its compose
 // window: a client that was not running yet stays in the foreground until the user quits
-// it. The environment variable ZUNO_MAIL_CLIENT_WAIT_MS (milliseconds) overrides it.
+// it. The environment variable ZUNO_MAIL_CLIENT_WAIT_MS (milliseconds, 0 allowed, at most
+// a day) overrides it.
 std::chrono::milliseconds clientWait() {
     const char* text = std::getenv(ClientWaitVariable);
     if (text && *text) {
         char* end = nullptr;
+        errno = 0;
         const long milliseconds = std::strtol(text, &end, 10);
-        if (*end == '\0' && milliseconds >= 0) return std::chrono::milliseconds(milliseconds);
+        if (*end == '\0' && errno == 0 && milliseconds >= 0)
+            return std::chrono::milliseconds(std::min(milliseconds, MaxClientWaitMilliseconds));
     }
     return std::chrono::milliseconds(DefaultClientWaitMilliseconds);
 }
@@ -64,52 +65,53 @@ std::vector<std::string> absolutePaths(const std::vector<std::string>& paths) {
 int32_t attachmentProblem(const std::vector<std::string>& paths) {
     for (const std::string& path : paths) {
         const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
-        if (fd < 0) return errno == ENOENT || errno == ENOTDIR ? AttachmentNotFound : AttachmentOpenFailure;
+        if (fd < 0)
+            return errno == ENOENT || errno == ENOTDIR ? MailResult::AttachmentNotFound
+                                                       : MailResult::AttachmentOpenFailure;
         struct stat info;
         const bool regular = fstat(fd, &info) == 0 && S_ISREG(info.st_mode);
         close(fd);
-        if (!regular) return AttachmentOpenFailure;
+        if (!regular) return MailResult::AttachmentOpenFailure;
     }
-    return 0;
+    return MailResult::Success;
 }
 
-std::vector<std::string> commandLine(const std::string& program, std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), program);
-    return arguments;
-}
-
-// A client still running after the wait has opened its window: success.
-int32_t resultOf(const ChildOutcome& outcome, int32_t (*resultOfStatus)(int)) {
+// How a client's run becomes a Simple MAPI result:
+//   could not be started (its program is missing)   -1  no mail client
+//   arguments too large for one program             18  MAPI_E_TEXT_TOO_LARGE
+//   exited with status 0                              0  success
+//   exited with any other status                     2  MAPI_E_FAILURE
+//   killed by a signal                                2  MAPI_E_FAILURE
+//   still running when the wait ends                  0  success: its window is open
+// No client tells a cancelled mail apart by its status, so MAPI_USER_ABORT (1) never occurs.
+int32_t resultOf(const ChildOutcome& outcome) {
     switch (outcome.state) {
-    case ChildOutcome::State::Exited: return resultOfStatus(outcome.status);
-    case ChildOutcome::State::Running: return 0;
-    case ChildOutcome::State::TooLarge: return TextTooLarge;
-    default: return MapiFailure;
+    case ChildOutcome::State::NotStarted: return MailResult::NoMailClient;
+    case ChildOutcome::State::TooLarge: return MailResult::TextTooLarge;
+    case ChildOutcome::State::Exited: return outcome.status == 0 ? MailResult::Success : MailResult::Failure;
+    case ChildOutcome::State::Running: return MailResult::Success;
+    case ChildOutcome::State::Failed: break;
     }
+    return MailResult::Failure;
 }
 
-// A Thunderbird-family client's exit status is passed on as it is.
-int32_t thunderbirdResult(int exitStatus) {
-    return exitStatus;
+std::optional<posix::ExecCommand> defaultMailClient() {
+    const std::optional<posix::DesktopEntry> handler = posix::defaultMailtoHandler();
+    return handler ? posix::parseExec(*handler) : std::nullopt;
 }
 
 int32_t handOff(const posix::MailDraft& draft) {
-    const std::chrono::milliseconds wait = clientWait();
-    const std::string program = posix::defaultMailtoProgram();
-    if (posix::isThunderbirdFamily(program)) {
-        const ChildOutcome outcome =
-            posix::startAndWait(commandLine(program, posix::thunderbirdArguments(draft)), wait);
-        // A mail too large for a command line is too large for xdg-email as well.
-        if (outcome.state != ChildOutcome::State::NotStarted) return resultOf(outcome, thunderbirdResult);
-    }
-    const ChildOutcome outcome = posix::startAndWait(commandLine("xdg-email", posix::xdgEmailArguments(draft)), wait);
-    return outcome.state == ChildOutcome::State::NotStarted ? NoMailClient : resultOf(outcome, posix::xdgEmailResult);
+    const std::optional<posix::ExecCommand> client = defaultMailClient();
+    if (!client) return MailResult::NoMailClient;
+    const posix::MailClientCall call = posix::mailClientCall(posix::mailClientFamily(client->client), draft);
+    if (call.refusal != MailResult::Success) return call.refusal;
+    return resultOf(posix::startAndWait(client->commandLine(call.arguments), clientWait()));
 }
 
 } // namespace
 
 bool CMail::isMailClientRegistered() {
-    return !posix::findDesktopEntry(posix::defaultMailtoHandler()).empty();
+    return defaultMailClient().has_value();
 }
 
 int32_t CMail::send() {

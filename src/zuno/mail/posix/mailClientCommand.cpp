@@ -1,95 +1,93 @@
 #include "mail/posix/mailClientCommand.h"
 #include "text/percentEncoding.h"
 
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+#include <map>
+
 namespace zuno::posix {
 
 namespace {
 
-// The separator Thunderbird's address parser expects between recipients.
-const char* const RecipientSeparator = ", ";
-
-std::string join(const std::vector<std::string>& texts, const char* separator) {
-    std::string joined;
-    for (size_t i = 0; i < texts.size(); ++i) joined += (i ? separator : "") + texts[i];
-    return joined;
+std::string lowerCase(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
+    return text;
 }
 
-void addField(std::string& fields, const char* key, const std::string& value) {
-    if (value.empty()) return;
-    if (!fields.empty()) fields += ',';
-    fields += key;
-    fields += '=';
-    fields += value;
+std::string trimmed(const std::string& text) {
+    const size_t first = text.find_first_not_of(" \t");
+    if (first == std::string::npos) return "";
+    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
-std::string attachmentList(const std::vector<std::string>& paths) {
-    std::string uris;
-    for (const std::string& path : paths) {
-        if (!uris.empty()) uris += ',';
-        uris += fileURI(path);
+// RFC 5322 "specials" and controls: a display name holding any must be a quoted string.
+bool needsQuotes(const std::string& name) {
+    return std::any_of(name.begin(), name.end(), [](char c) {
+        return (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) || std::strchr("()<>[]:;@\\,.\"", c);
+    });
+}
+
+bool isQuotedString(const std::string& name) {
+    if (name.size() < 2 || name.front() != '"' || name.back() != '"') return false;
+    for (size_t i = 1; i + 1 < name.size(); ++i) {
+        if (name[i] == '\\') ++i;
+        else if (name[i] == '"') return false;
     }
-    return uris.empty() ? uris : "'" + uris + "'";
-}
-
-void addOption(std::vector<std::string>& arguments, const char* option, const std::string& text) {
-    if (text.empty()) return;
-    arguments.push_back(option);
-    arguments.push_back(xdgEmailSafeText(text));
-}
-
-void addOptions(std::vector<std::string>& arguments, const char* option, const std::vector<std::string>& texts) {
-    for (const std::string& text : texts) addOption(arguments, option, text);
+    return true;
 }
 
 } // namespace
+
+MailClientFamily mailClientFamily(const std::string& client) {
+    static const std::map<std::string, MailClientFamily> families{
+        {"thunderbird", MailClientFamily::Thunderbird},
+        {"thunderbird-esr", MailClientFamily::Thunderbird},
+        {"thunderbird-bin", MailClientFamily::Thunderbird},
+        {"betterbird", MailClientFamily::Thunderbird},
+        {"icedove", MailClientFamily::Thunderbird},
+        {"org.mozilla.thunderbird", MailClientFamily::Thunderbird},
+        {"net.thunderbird.thunderbird", MailClientFamily::Thunderbird},
+        {"eu.betterbird.betterbird", MailClientFamily::Thunderbird},
+        {"evolution", MailClientFamily::Evolution},
+        {"org.gnome.evolution", MailClientFamily::Evolution},
+        {"claws-mail", MailClientFamily::ClawsMail},
+        {"org.claws_mail.claws-mail", MailClientFamily::ClawsMail},
+        {"sylpheed", MailClientFamily::Sylpheed},
+    };
+    const auto family = families.find(lowerCase(client));
+    return family == families.end() ? MailClientFamily::Other : family->second;
+}
+
+MailClientCall mailClientCall(MailClientFamily family, const MailDraft& draft) {
+    switch (family) {
+    case MailClientFamily::Thunderbird: return thunderbirdCall(draft);
+    case MailClientFamily::Evolution: return evolutionCall(draft);
+    case MailClientFamily::ClawsMail: return clawsMailCall(draft);
+    case MailClientFamily::Sylpheed: return sylpheedCall(draft);
+    case MailClientFamily::Other: break;
+    }
+    return mailtoCall(draft);
+}
 
 std::string fileURI(const std::string& absolutePath) {
     return "file://" + percentEncode(absolutePath, "/");
 }
 
-bool isThunderbirdFamily(const std::string& program) {
-    const std::string name = program.substr(program.rfind('/') + 1);
-    return name == "thunderbird" || name == "betterbird" || name == "icedove";
-}
-
-std::vector<std::string> thunderbirdArguments(const MailDraft& draft) {
-    std::string fields;
-    addField(fields, "to", percentEncode(join(draft.to, RecipientSeparator)));
-    addField(fields, "cc", percentEncode(join(draft.cc, RecipientSeparator)));
-    addField(fields, "bcc", percentEncode(join(draft.bcc, RecipientSeparator)));
-    addField(fields, "subject", percentEncode(draft.subject));
-    addField(fields, "body", percentEncode(draft.note));
-    addField(fields, "attachment", attachmentList(draft.attachments));
-    std::vector<std::string> arguments{"-compose"};
-    if (!fields.empty()) arguments.push_back(fields);
-    return arguments;
-}
-
-std::vector<std::string> xdgEmailArguments(const MailDraft& draft) {
-    std::vector<std::string> arguments{"--utf8"};
-    addOption(arguments, "--subject", draft.subject);
-    addOption(arguments, "--body", draft.note);
-    addOptions(arguments, "--to", draft.to);
-    addOptions(arguments, "--cc", draft.cc);
-    addOptions(arguments, "--bcc", draft.bcc);
-    addOptions(arguments, "--attach", draft.attachments);
-    return arguments;
-}
-
-std::string xdgEmailSafeText(const std::string& text) {
-    const bool commonCommand = text == "--help" || text == "--manual" || text == "--version";
-    const bool echoOption = text.size() >= 2 && text[0] == '-' && text.find_first_not_of("neE", 1) == std::string::npos;
-    return commonCommand || echoOption ? text + " " : text;
-}
-
-int32_t xdgEmailResult(int exitStatus) {
-    switch (exitStatus) {
-    case 0: return 0;
-    case 2: return 11;
-    case 3: return 26;
-    case 5: return 12;
-    default: return 2;
+std::string quotedRecipient(const std::string& recipient) {
+    const std::string text = trimmed(recipient);
+    const size_t open = text.rfind('<');
+    if (text.empty() || text.back() != '>' || open == std::string::npos || open == 0) return recipient;
+    const std::string name = trimmed(text.substr(0, open));
+    if (name.empty() || isQuotedString(name) || !needsQuotes(name)) return recipient;
+    std::string quoted = "\"";
+    for (const char c : name) {
+        if (c == '\r' || c == '\n') quoted += ' ';  // a quoted string holds no line break
+        else if (c == '"' || c == '\\') quoted += std::string("\\") + c;
+        else quoted += c;
     }
+    return quoted + "\" " + text.substr(open);
 }
 
 } // namespace zuno::posix

@@ -1,9 +1,8 @@
 #include "mail/posix/xdgDesktop.h"
 
-#include "mail/posix/childProcess.h"
-
+#include <algorithm>
+#include <cctype>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <pwd.h>
 #include <sstream>
@@ -14,8 +13,9 @@ namespace zuno::posix {
 
 namespace {
 
-// xdg-mime normally answers within a fraction of a second; this only bounds a broken one.
-const std::chrono::milliseconds XdgMimeLimit(5000);
+const char* const MailtoType = "x-scheme-handler/mailto";
+// Bounds what is read of a desktop entry or list: real ones are a few KiB.
+const std::streamsize MaxFileSize = 1 << 20;
 
 std::string environmentText(const char* name) {
     const char* value = std::getenv(name);
@@ -44,7 +44,104 @@ std::string trimmed(const std::string& text) {
     return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
 }
 
-// The value of a key with the escapes of the desktop-entry string types decoded.
+std::vector<std::string> split(const std::string& text, char separator) {
+    std::vector<std::string> parts;
+    std::istringstream stream(text);
+    for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+    return parts;
+}
+
+// `home` (or `fallbackHome` below HOME), then the absolute entries of the list variable.
+std::vector<std::string> baseFolders(const char* homeVariable, const char* fallbackHome, const char* listVariable,
+                                     const char* fallbackList) {
+    const std::string home = environmentText(homeVariable);
+    std::vector<std::string> folders{isAbsolute(home) ? home : homeFolder() + fallbackHome};
+    std::string list = environmentText(listVariable);
+    if (list.empty()) list = fallbackList;
+    for (const std::string& folder : split(list, ':'))
+        if (isAbsolute(folder)) folders.push_back(folder);
+    return folders;
+}
+
+std::string readFile(const std::string& path) {
+    if (!isRegularFile(path)) return "";
+    std::ifstream file(path, std::ios::binary);
+    std::string text(size_t(MaxFileSize), '\0');
+    file.read(text.data(), MaxFileSize);
+    text.resize(size_t(file.gcount()));
+    return text;
+}
+
+// The desktop ids listed for mailto links in one group of one list file.
+std::vector<std::string> mailtoHandlers(const std::string& listFile, const char* group) {
+    std::vector<std::string> ids;
+    if (const auto value = groupValue(readFile(listFile), group, MailtoType))
+        for (const std::string& id : split(*value, ';'))
+            if (!trimmed(id).empty()) ids.push_back(trimmed(id));
+    return ids;
+}
+
+std::vector<std::string> dataFiles(const char* name) {
+    std::vector<std::string> files;
+    for (const std::string& folder : xdgDataFolders()) files.push_back(folder + "/applications/" + name);
+    return files;
+}
+
+std::optional<DesktopEntry> firstInstalled(const std::vector<std::string>& ids,
+                                           const std::vector<std::string>& removed = {}) {
+    for (const std::string& id : ids) {
+        if (std::find(removed.begin(), removed.end(), id) != removed.end()) continue;
+        if (auto entry = installedApplication(id)) return entry;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::string xdgDataHome() {
+    return xdgDataFolders().front();
+}
+
+std::vector<std::string> xdgDataFolders() {
+    return baseFolders("XDG_DATA_HOME", "/.local/share", "XDG_DATA_DIRS", "/usr/local/share:/usr/share");
+}
+
+std::vector<std::string> xdgConfigFolders() {
+    return baseFolders("XDG_CONFIG_HOME", "/.config", "XDG_CONFIG_DIRS", "/etc/xdg");
+}
+
+std::vector<std::string> mimeAppsLists() {
+    std::vector<std::string> desktops;
+    for (std::string desktop : split(environmentText("XDG_CURRENT_DESKTOP"), ':')) {
+        for (char& c : desktop) c = char(std::tolower(static_cast<unsigned char>(c)));
+        if (!desktop.empty() && desktop.find('/') == std::string::npos) desktops.push_back(desktop);
+    }
+    std::vector<std::string> folders = xdgConfigFolders();
+    for (const std::string& folder : xdgDataFolders()) folders.push_back(folder + "/applications");
+    std::vector<std::string> lists;
+    for (const std::string& folder : folders) {
+        for (const std::string& desktop : desktops) lists.push_back(folder + "/" + desktop + "-mimeapps.list");
+        lists.push_back(folder + "/mimeapps.list");
+    }
+    return lists;
+}
+
+std::optional<std::string> groupValue(const std::string& text, const std::string& group, const std::string& key) {
+    std::istringstream lines(text);
+    bool inGroup = false;
+    for (std::string line; std::getline(lines, line);) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        if (!line.empty() && line[0] == '[') {
+            inGroup = line == "[" + group + "]";
+            continue;
+        }
+        const size_t equals = line.find('=');
+        if (inGroup && equals != std::string::npos && trimmed(line.substr(0, equals)) == key)
+            return trimmed(line.substr(equals + 1));
+    }
+    return std::nullopt;
+}
+
 std::string unescapeValue(const std::string& value) {
     std::string text;
     for (size_t i = 0; i < value.size(); ++i) {
@@ -64,112 +161,42 @@ std::string unescapeValue(const std::string& value) {
     return text;
 }
 
-// The value of the Exec key of the [Desktop Entry] group, escapes decoded.
-std::string execValue(const std::string& entryText) {
-    std::istringstream lines(entryText);
-    std::string line;
-    bool inMainGroup = false;
-    while (std::getline(lines, line)) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        if (!line.empty() && line[0] == '[') {
-            inMainGroup = line == "[Desktop Entry]";
-            continue;
-        }
-        const size_t equals = line.find('=');
-        if (!inMainGroup || equals == std::string::npos) continue;
-        if (trimmed(line.substr(0, equals)) == "Exec") return unescapeValue(trimmed(line.substr(equals + 1)));
-    }
-    return "";
-}
-
-// The words of an Exec value: separated by blanks; inside double quotes a backslash
-// protects the next '"', '`', '$' or '\'.
-std::vector<std::string> execWords(const std::string& value) {
-    std::vector<std::string> words;
-    std::string word;
-    bool inWord = false;
-    bool quoted = false;
-    for (size_t i = 0; i < value.size(); ++i) {
-        const char c = value[i];
-        if (quoted) {
-            if (c == '\\' && i + 1 < value.size() && std::strchr("\"`$\\", value[i + 1]))
-                word += value[++i];
-            else if (c == '"')
-                quoted = false;
-            else
-                word += c;
-        } else if (c == ' ' || c == '\t') {
-            if (inWord) words.push_back(word);
-            word.clear();
-            inWord = false;
-        } else {
-            if (c == '"') quoted = true;
-            else word += c;
-            inWord = true;
-        }
-    }
-    if (inWord) words.push_back(word);
-    return words;
-}
-
-std::string readFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-} // namespace
-
-std::string xdgDataHome() {
-    const std::string dataHome = environmentText("XDG_DATA_HOME");
-    return isAbsolute(dataHome) ? dataHome : homeFolder() + "/.local/share";
-}
-
-std::vector<std::string> xdgDataFolders() {
-    std::vector<std::string> folders{xdgDataHome()};
-    std::string dataDirs = environmentText("XDG_DATA_DIRS");
-    if (dataDirs.empty()) dataDirs = "/usr/local/share:/usr/share";
-    std::istringstream entries(dataDirs);
-    std::string folder;
-    while (std::getline(entries, folder, ':'))
-        if (isAbsolute(folder)) folders.push_back(folder);
-    return folders;
-}
-
 std::string findDesktopEntry(const std::string& desktopId) {
     const std::string suffix = ".desktop";
     const bool plainName = desktopId.size() > suffix.size() && desktopId.find('/') == std::string::npos &&
                            desktopId.compare(desktopId.size() - suffix.size(), suffix.size(), suffix) == 0;
     if (!plainName) return "";
-    for (const std::string& folder : xdgDataFolders()) {
-        const std::string path = folder + "/applications/" + desktopId;
+    for (const std::string& path : dataFiles(desktopId.c_str()))
         if (isRegularFile(path)) return path;
-    }
     return "";
 }
 
-std::string desktopEntryProgram(const std::string& entryText) {
-    const std::vector<std::string> words = execWords(execValue(entryText));
-    size_t first = 0;
-    if (first < words.size() && words[first].substr(words[first].rfind('/') + 1) == "env") {
-        ++first;
-        while (first < words.size() && words[first].find('=') != std::string::npos) ++first;
-    }
-    return first < words.size() ? words[first] : "";
+std::optional<DesktopEntry> installedApplication(const std::string& desktopId) {
+    const std::string path = findDesktopEntry(desktopId);
+    if (path.empty()) return std::nullopt;
+    const std::string text = readFile(path);
+    const char* const group = "Desktop Entry";
+    const auto exec = groupValue(text, group, "Exec");
+    if (!exec || exec->empty() || groupValue(text, group, "Hidden") == "true") return std::nullopt;
+    return DesktopEntry{path, unescapeValue(*exec), unescapeValue(groupValue(text, group, "Name").value_or("")),
+                        unescapeValue(groupValue(text, group, "Icon").value_or(""))};
 }
 
-std::string defaultMailtoHandler() {
-    const std::optional<std::string> answer =
-        runForOutput({"xdg-mime", "query", "default", "x-scheme-handler/mailto"}, XdgMimeLimit);
-    if (!answer) return "";
-    const std::string firstLine = answer->substr(0, answer->find('\n'));
-    return trimmed(firstLine.substr(0, firstLine.find(';')));
-}
+std::optional<DesktopEntry> defaultMailtoHandler() {
+    std::vector<std::string> lists = mimeAppsLists();
+    std::vector<std::string> withLegacy = lists;
+    for (const std::string& file : dataFiles("defaults.list")) withLegacy.push_back(file);
+    for (const std::string& list : withLegacy)
+        if (auto entry = firstInstalled(mailtoHandlers(list, "Default Applications"))) return entry;
 
-std::string defaultMailtoProgram() {
-    const std::string entry = findDesktopEntry(defaultMailtoHandler());
-    return entry.empty() ? "" : desktopEntryProgram(readFile(entry));
+    std::vector<std::string> removed;
+    for (const std::string& list : lists)
+        for (const std::string& id : mailtoHandlers(list, "Removed Associations")) removed.push_back(id);
+    for (const std::string& list : lists)
+        if (auto entry = firstInstalled(mailtoHandlers(list, "Added Associations"), removed)) return entry;
+    for (const std::string& cache : dataFiles("mimeinfo.cache"))
+        if (auto entry = firstInstalled(mailtoHandlers(cache, "MIME Cache"), removed)) return entry;
+    return std::nullopt;
 }
 
 } // namespace zuno::posix

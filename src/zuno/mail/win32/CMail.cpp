@@ -1,4 +1,7 @@
 #include <zuno/CMail.h>
+#include <zuno/CURI.h>
+#include <zuno/IValueStoreManager.h>
+#include <zuno/MailResult.h>
 #include "core/win32/windows.h"
 
 #include <mapi.h>
@@ -47,10 +50,10 @@ std::vector<MapiFileDesc> fileDescriptions(const std::vector<std::string>& paths
 // answer is MAPISendMail's own.
 int32_t CMail::send() {
     const HMODULE library = LoadLibraryA("MAPI32.DLL");
-    if (!library) return -1;
+    if (!library) return MailResult::NoMailClient;
     const auto sendMail =
         reinterpret_cast<LPMAPISENDMAIL>(reinterpret_cast<void*>(GetProcAddress(library, "MAPISendMail")));
-    if (!sendMail) return -2;
+    if (!sendMail) return MailResult::NoSendFunction;
 
     const std::string subject = toNarrow(m_subject);
     const std::string note = toNarrow(m_note);
@@ -75,17 +78,18 @@ int32_t CMail::send() {
 }
 
 // Whether a program is registered to open mailto links: the default value of the
-// handler's command key holds any text at all.
+// handler's command key, read through the registry value store, holds any text at all.
+// Errors while opening or reading the key answer false.
 bool CMail::isMailClientRegistered() {
-    const auto readCommand = [](wchar_t* buffer, DWORD* size) {
-        return RegGetValueW(HKEY_CLASSES_ROOT, L"mailto\\shell\\open\\command", nullptr,
-                            RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND, nullptr, buffer, size);
-    };
-    DWORD size = 0;
-    if (readCommand(nullptr, &size) != ERROR_SUCCESS) return false;
-    std::wstring command(size / sizeof(wchar_t) + 1, L'\0');
-    size = DWORD(command.size() * sizeof(wchar_t));
-    return readCommand(command.data(), &size) == ERROR_SUCCESS && command[0] != L'\0';
+    try {
+        const String path = String(L"HKEY_CLASSES_ROOT\\mailto\\shell\\open\\command\\").replace(L"\\", L"/");
+        const P<IURI> uri = make<CURI>(L"registry", L"", L"", L"", path, L"", L"");
+        const P<IValueStore> store = getValueStoreManager()->openValueStore(uri, true);
+        if (!store) return false;
+        return !store->getString(L"", String::empty()).isEmpty();
+    } catch (const std::exception&) {
+        return false;
+    }
 }
 
 } // namespace zuno

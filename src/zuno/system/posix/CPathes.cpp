@@ -39,6 +39,28 @@ std::string bytesOf(const String& narrow) {
     return std::string(narrow.c_str(), size_t(narrow->getByteLength()));
 }
 
+String fromBytes(const std::string& bytes) {
+    return String(bytes.data(), int32_t(bytes.size())).toWide();
+}
+
+// The path with its folder part resolved by the file system (symbolic links, "." and
+// ".."), as the kernel walks it when the file is opened; the last name is kept, so a link
+// given as the file itself stays that link, as rm would remove it. A folder that cannot be
+// resolved (it does not exist) leaves the path as it is.
+String resolvedPath(const String& absolute) {
+    const std::string path = bytesOf(absolute.toCP());
+    const size_t slash = path.rfind('/');
+    const std::string name = path.substr(slash + 1);
+    const bool nameIsFolder = name.empty() || name == "." || name == "..";
+    const std::string folder = nameIsFolder ? path : slash == 0 ? "/" : path.substr(0, slash);
+    char* real = realpath(folder.c_str(), nullptr);
+    if (!real) return absolute;
+    std::string resolved = real;
+    std::free(real);
+    if (!nameIsFolder) resolved += (resolved == "/" ? "" : "/") + name;
+    return fromBytes(resolved);
+}
+
 bool isLocalHost(const String& host) {
     return host.isEmpty() || host.equalsNoCase(L"localhost");
 }
@@ -48,7 +70,8 @@ bool isLocalHost(const String& host) {
 // "?" is allowed in query texts but would start the URI's query here, and it is a common
 // character in POSIX file names.
 P<IURI> CPathes::pathToURI(const String& path) {
-    const String escaped = CURI::escape(absolutePath(path), CURI::QueryFragmentAllowed).replace(L"?", L"%3F");
+    const String escaped =
+        CURI::escape(resolvedPath(absolutePath(path)), CURI::QueryFragmentAllowed).replace(L"?", L"%3F");
     return make<CURI>(String(L"file://") + escaped);
 }
 
@@ -59,8 +82,10 @@ String CPathes::uriToPath(const P<IURI>& uri, bool asFolder) {
     std::string path = percentDecode(bytesOf(uri->getPath().toCP()));
     // An escaped NUL would silently cut the path short in every system call.
     if (path.find('\0') != std::string::npos) throw CURIFormatError(uri->toString());
+    // "file:att.txt" names a file relative to the current directory.
+    if (!path.empty() && path[0] != '/') path = bytesOf(currentFolder(fromBytes(path)).toCP()) + "/" + path;
     if (asFolder && (path.empty() || path.back() != '/')) path += '/';
-    return String(path.data(), int32_t(path.size())).toWide();
+    return fromBytes(path);
 }
 
 } // namespace zuno

@@ -62,6 +62,13 @@ std::wstring withoutSlashBeforeDrive(const std::wstring& path) {
     return path;
 }
 
+// "C:\dir" and "\\host\share" are full paths; "att.txt", "dir\att.txt" and "\dir" are
+// taken against the current directory and drive.
+bool isFullPath(const std::wstring& path) {
+    const bool drivePath = path.size() >= 3 && isDriveLetter(path[0]) && path[1] == L':' && path[2] == L'\\';
+    return drivePath || startsWith(path, L"\\\\");
+}
+
 bool isLocalHost(const std::wstring& host) {
     return host.empty() || String::fromWide(host).equalsNoCase(L"localhost");
 }
@@ -94,6 +101,7 @@ String CPathes::uriToPath(const P<IURI>& uri, bool asFolder) {
 
     std::wstring local = isLocalHost(host) ? withoutSlashBeforeDrive(path) : L"//" + host + path;
     std::replace(local.begin(), local.end(), L'/', L'\\');
+    if (!local.empty() && !isFullPath(local)) local = absolutePath(String::fromWide(local));
     if (asFolder && (local.empty() || local.back() != L'\\')) local += L'\\';
     return String::fromWide(local);
 }

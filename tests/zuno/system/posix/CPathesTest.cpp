@@ -3,6 +3,8 @@
 #include <zuno/CURI.h>
 #include <zuno/CURIError.h>
 
+#include "TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 
 using namespace zuno;
@@ -50,4 +52,35 @@ TEST(CPathesTest, OnlyLocalFileURIsHaveAPath) {
         EXPECT_THROW(pathes.uriToPath(uri(text), false), CURITypeNotSupportedError) << text;
     EXPECT_THROW(pathes.uriToPath(nullptr, false), CURITypeNotSupportedError);
     EXPECT_THROW(pathes.uriToPath(uri("file:///tmp/a%00b"), false), CURIFormatError) << "an escaped NUL";
+}
+
+// A file URI without a folder names a file in the current directory.
+TEST(CPathesTest, RelativeFileURIsAreTakenAgainstTheCurrentDirectory) {
+    CPathes pathes;
+    const std::string current = std::filesystem::current_path().string();
+    const std::pair<const char*, std::string> cases[] = {
+        {"file:att.txt", current + "/att.txt"},
+        {"file:sub/a%20b.txt", current + "/sub/a b.txt"},
+    };
+    for (const auto& [text, local] : cases) EXPECT_EQ(pathes.uriToPath(uri(text), false), path(local)) << text;
+}
+
+// The folder part is walked as the kernel walks it: ".." after a link leaves the link's
+// target, not the link. The last name is kept, so a link given as the file stays the link.
+TEST(CPathesTest, FolderPartOfAPathIsResolvedByTheFileSystem) {
+    TemporaryFolder folder;
+    std::filesystem::create_directories(folder / "elsewhere/inner");
+    std::filesystem::create_directory_symlink(folder / "elsewhere/inner", folder / "link");
+    std::filesystem::create_symlink(folder / "elsewhere/inner", folder / "file-link");
+    CPathes pathes;
+    const auto resolved = [&](const std::string& local) {
+        return pathes.uriToPath(pathes.pathToURI(path(local)), false).toStdString();
+    };
+    const std::pair<std::string, std::string> cases[] = {
+        {folder / "link/../mail.xml", folder / "elsewhere/mail.xml"},
+        {folder / "link/./mail.xml", folder / "elsewhere/inner/mail.xml"},
+        {folder / "file-link", folder / "file-link"},
+        {folder / "link/..", folder / "elsewhere"},
+    };
+    for (const auto& [given, expected] : cases) EXPECT_EQ(resolved(given), expected) << given;
 }

@@ -57,6 +57,9 @@ TEST(CPathes, takesRelativePathsAgainstTheCurrentDirectory) {
 
     EXPECT_EQ(uriText(L"mail.xml"), uriText((current / "mail.xml").wstring()));
     EXPECT_EQ(uriText(L"..\\mail.xml"), uriText((current.parent_path() / "mail.xml").wstring()));
+    // A file URI without a folder names a file in the current directory; the path is full.
+    EXPECT_EQ(pathOf(L"file:att.txt", false), String::fromWide((current / "att.txt").wstring()));
+    EXPECT_EQ(pathOf(L"file:sub/a%20b.txt", false), String::fromWide((current / "sub" / "a b.txt").wstring()));
 }
 
 TEST(CPathes, refusesWhatIsNoLocalFile) {

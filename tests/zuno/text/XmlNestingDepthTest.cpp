@@ -1,10 +1,10 @@
-#include "xmlNestingDepth.h"
+#include <zuno/xmlNestingDepth.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-using mailer::xmlNestingDepth;
+using zuno::xmlNestingDepth;
 
 // The depth check guards the XML parser's stack: it may count too deep, never too shallow.
 TEST(XmlNestingDepth, CountsElementsAsTheParserMeetsThem) {

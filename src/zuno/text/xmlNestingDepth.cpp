@@ -1,8 +1,8 @@
-#include "xmlNestingDepth.h"
+#include <zuno/xmlNestingDepth.h>
 
 #include <algorithm>
 
-namespace mailer {
+namespace zuno {
 
 namespace {
 
@@ -65,4 +65,4 @@ size_t xmlNestingDepth(std::string_view text) {
     return deepest;
 }
 
-} // namespace mailer
+} // namespace zuno

@@ -1,0 +1,5 @@
+#include "../storeBackends.h"
+
+std::vector<StoreBackend> platformStoreBackends() {
+    return {};
+}
