@@ -1,7 +1,8 @@
-# TinyXML 1: Debian's library on Linux; on Windows, Debian's patched source compiled here
-# (scripts/setup.sh fetches it and passes its folder as ZUNO_TINYXML_SOURCE_DIR). Either way
-# the target is TinyXML::TinyXML.
-if(WIN32)
+# TinyXML 1: Debian's library on Linux; on Windows, and for the sanitizer and fuzz builds
+# (whose checks must see inside the parser), Debian's patched source compiled here
+# (scripts/setup.sh fetches it and prints its folder, passed as ZUNO_TINYXML_SOURCE_DIR).
+# Either way the target is TinyXML::TinyXML.
+if(WIN32 OR ZUNO_SANITIZE OR ZUNO_FUZZ)
     set(ZUNO_TINYXML_SOURCE_DIR "$ENV{HOME}/.cache/zuno/tinyxml" CACHE PATH "Debian's tinyxml source")
     if(NOT EXISTS "${ZUNO_TINYXML_SOURCE_DIR}/tinyxmlparser.cpp")
         message(FATAL_ERROR "tinyxml source not found in ${ZUNO_TINYXML_SOURCE_DIR}: run scripts/setup.sh")
@@ -14,6 +15,8 @@ if(WIN32)
     target_include_directories(tinyxml SYSTEM PUBLIC $<BUILD_INTERFACE:${ZUNO_TINYXML_SOURCE_DIR}>)
     target_compile_definitions(tinyxml PUBLIC TIXML_USE_STL)
     target_compile_options(tinyxml PRIVATE -w)
+    # Linked into the shared framework library too, where it is built.
+    set_target_properties(tinyxml PROPERTIES POSITION_INDEPENDENT_CODE ${ZUNO_BUILD_SHARED})
     add_library(TinyXML::TinyXML ALIAS tinyxml)
 else()
     find_package(TinyXML REQUIRED MODULE)

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the three configurations (Linux, Linux with
 # AddressSanitizer and UndefinedBehaviorSanitizer, Windows cross-compiled with MinGW-w64)
-# and runs every test: natively, under the sanitizers and under Wine; then tests the install
-# and the packages (scripts/test-install.sh).
+# and runs every test: natively, under the sanitizers and under Wine; the concurrency tests
+# under ThreadSanitizer and each fuzz target briefly; then tests the install and the
+# packages (scripts/test-install.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -34,8 +35,20 @@ run_tests linux
 echo "== test: real clients"
 bash scripts/test-real-clients.sh || failed+=("real clients")
 
-build sanitize -DCMAKE_BUILD_TYPE=Debug -DZUNO_SANITIZE=ON
+build sanitize -DCMAKE_BUILD_TYPE=Debug -DZUNO_SANITIZE=ON -DZUNO_TINYXML_SOURCE_DIR="$tinyxml_dir"
 ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1 UBSAN_OPTIONS=print_stacktrace=1 run_tests sanitize
+
+# ThreadSanitizer on the tests that share objects between threads: reference counts and weak
+# references, the service factory, the localizer.
+echo "== build: tsan"
+cmake -S . -B build/tsan -G Ninja -Wno-dev -DCMAKE_BUILD_TYPE=Debug -DZUNO_TSAN=ON >/dev/null
+cmake --build build/tsan -j "$jobs" --target zuno_tests
+echo "== test: tsan"
+TSAN_OPTIONS="halt_on_error=1:suppressions=$PWD/tests/tsan/suppressions.txt" build/tsan/tests/zuno_tests \
+    --gtest_filter='ObjectCore*:GlobalObjFactory*:Localizer*' || failed+=(tsan)
+
+# Every fuzz target for a short while (scripts/fuzz.sh runs longer campaigns).
+bash scripts/fuzz.sh 15 || failed+=(fuzz)
 
 build windows -DCMAKE_BUILD_TYPE=Release -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake \
     -DZUNO_TINYXML_SOURCE_DIR="$tinyxml_dir"

@@ -1,4 +1,5 @@
 #include "CMailerFileReader.h"
+#include "isWellFormedUTF8.h"
 #include "xmlNestingDepth.h"
 
 #include <zuno/CURI.h>
@@ -22,15 +23,16 @@ std::string readAll(std::FILE* file) {
 } // namespace
 
 void CMailerFileReader::load(std::FILE* file) {
-    m_tooDeep = xmlNestingDepth(readAll(file)) > MaxNestingDepth;
-    if (m_tooDeep) return;
+    const std::string content = readAll(file);
+    m_refused = !isWellFormedUTF8(content) || xmlNestingDepth(content) > MaxNestingDepth;
+    if (m_refused) return;
     std::rewind(file);
     m_document.LoadFile(file, TIXML_ENCODING_UTF8);
 }
 
 bool CMailerFileReader::isMailerFile() const {
     const TiXmlElement* root = m_document.RootElement();
-    return !m_tooDeep && root && root->ValueStr() == "mailerfile";
+    return !m_refused && root && root->ValueStr() == "mailerfile";
 }
 
 void CMailerFileReader::fillMail(IMail& mail) const {

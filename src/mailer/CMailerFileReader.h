@@ -13,7 +13,8 @@ namespace mailer {
 class CMailerFileReader {
 public:
     // Deeper nesting than any mailer file needs; deeper documents are refused unread, as
-    // the XML parser recurses once per level and would exhaust the stack.
+    // the XML parser recurses once per level and would exhaust the stack. So is text that
+    // is not well-formed UTF-8, which the parser would read past its end.
     static constexpr size_t MaxNestingDepth = 1000;
 
     // Loads the document from the open file (UTF-8). Whether the XML is well-formed is not
@@ -30,7 +31,7 @@ private:
     static zuno::String textOf(const TiXmlElement& element);
 
     TiXmlDocument m_document;
-    bool m_tooDeep = false;
+    bool m_refused = false;  // by the checks before parsing
 };
 
 } // namespace mailer

@@ -12,7 +12,7 @@ public:
     void encode(const char32_t* chars, size_t count, std::string& out) const override;
 
 private:
-    char32_t m_byteTable[256] = {};  // Windows: each byte's character, read once
+    [[maybe_unused]] char32_t m_byteTable[256] = {};  // Windows: each byte's character, read once
 };
 
 } // namespace zuno
