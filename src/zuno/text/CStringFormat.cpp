@@ -19,8 +19,10 @@ const char* const DoDouble = "CStringFormat::doDouble";
 const char* const DoChar = "CStringFormat::doChar";
 const char* const DoString = "CStringFormat::doString";
 const wchar_t* const ArgumentMismatch = L"argument does not match the field's format specification for '";
+const wchar_t* const InvalidFormat = L"invalid format string in '";
 
 constexpr int32_t MaxInt32 = std::numeric_limits<int32_t>::max();
+constexpr int32_t MaxFieldSize = CStringFormat::MaxFieldSize;
 
 const char UpperDigits[] = "0123456789ABCDEF";
 const char LowerDigits[] = "0123456789abcdef";
@@ -36,10 +38,10 @@ char* writeDigits(char* end, uint64_t value, const char* digitChars) {
     return end;
 }
 
-// A pushed width or precision: negative values give 0, large ones the largest int32.
+// A pushed width or precision: negative values give 0; -1 when it is above the bound.
 int32_t toFieldSize(int64_t value, bool isSigned) {
     if (isSigned && value < 0) return 0;
-    return uint64_t(value) > uint64_t(MaxInt32) ? MaxInt32 : int32_t(value);
+    return uint64_t(value) > uint64_t(MaxFieldSize) ? -1 : int32_t(value);
 }
 
 // The character of a pushed integer; values outside Unicode give U+FFFD.
@@ -225,29 +227,32 @@ void CStringFormat::readFieldSpecification() {
     case L'd': case L'i': case L'o': case L'u': case L'x': case L'X': m_kind = FieldKind::Integer; break;
     case L'e': case L'E': case L'f': case L'g': case L'G': m_kind = FieldKind::FloatingPoint; break;
     case L's': case L'S': m_kind = FieldKind::Text; break;
-    default: fail(GoToNextFormatField, L"invalid format string in '");
+    default: fail(GoToNextFormatField, InvalidFormat);
     }
     ++m_position;
 }
 
+// A width or precision written as digits; one above the bound is a malformed field.
 int32_t CStringFormat::readNumber() {
     int32_t number = 0;
     while (m_position < m_length && m_text[m_position] >= L'0' && m_text[m_position] <= L'9') {
-        const int32_t digit = int32_t(m_text[m_position++] - L'0');
-        number = number > (MaxInt32 - digit) / 10 ? MaxInt32 : number * 10 + digit;
+        number = number * 10 + int32_t(m_text[m_position++] - L'0');
+        if (number > MaxFieldSize) fail(GoToNextFormatField, InvalidFormat);
     }
     return number;
 }
 
 void CStringFormat::pushInteger(int64_t value, bool isSigned, const char* method) {
-    if (m_widthPending) {
-        m_width = toFieldSize(value, isSigned);
-        m_widthPending = false;
-        return;
-    }
-    if (m_precisionPending) {
-        m_precision = toFieldSize(value, isSigned);
-        m_precisionPending = false;
+    if (m_widthPending || m_precisionPending) {
+        const int32_t size = toFieldSize(value, isSigned);
+        if (size < 0) fail(method, InvalidFormat);
+        if (m_widthPending) {
+            m_width = size;
+            m_widthPending = false;
+        } else {
+            m_precision = size;
+            m_precisionPending = false;
+        }
         return;
     }
     switch (m_kind) {
