@@ -2,6 +2,7 @@
 #include <zuno/CStringFormat.h>
 
 #include "text/runtimePrintf.h"
+#include "text/unicode.h"
 
 #include <algorithm>
 #include <charconv>
@@ -46,7 +47,7 @@ int32_t toFieldSize(int64_t value, bool isSigned) {
 
 // The character of a pushed integer; values outside Unicode give U+FFFD.
 char32_t toCharacter(int64_t value, bool isSigned) {
-    if ((isSigned && value < 0) || uint64_t(value) > 0x10FFFF) return 0xFFFD;
+    if ((isSigned && value < 0) || uint64_t(value) > 0x10FFFF) return unicode::Replacement;
     return char32_t(value);
 }
 
@@ -61,25 +62,11 @@ int32_t appendAsUTF8(std::string& out, const wchar_t* text, size_t count, int32_
     int32_t chars = 0;
     for (size_t i = 0; i < count && (limit < 0 || chars < limit); ++i, ++chars) {
         char32_t c = char32_t(text[i]);
-        if (c < 0x80) {
-            *bytes++ = char(c);
-            continue;
+        if (sizeof(wchar_t) == 2 && unicode::isHighSurrogate(c) && i + 1 < count &&
+            unicode::isLowSurrogate(char32_t(text[i + 1]))) {
+            c = unicode::combineSurrogates(c, char32_t(text[++i]));
         }
-        if (sizeof(wchar_t) == 2 && (c & 0xFC00) == 0xD800 && i + 1 < count && (char32_t(text[i + 1]) & 0xFC00) == 0xDC00) {
-            c = 0x10000 + ((c - 0xD800) << 10) + (char32_t(text[++i]) - 0xDC00);
-        }
-        if ((c & 0xFFFFF800) == 0xD800 || c > 0x10FFFF) c = 0xFFFD;
-        if (c < 0x800) {
-            *bytes++ = char(0xC0 | (c >> 6));
-        } else if (c < 0x10000) {
-            *bytes++ = char(0xE0 | (c >> 12));
-            *bytes++ = char(0x80 | ((c >> 6) & 0x3F));
-        } else {
-            *bytes++ = char(0xF0 | (c >> 18));
-            *bytes++ = char(0x80 | ((c >> 12) & 0x3F));
-            *bytes++ = char(0x80 | ((c >> 6) & 0x3F));
-        }
-        *bytes++ = char(0x80 | (c & 0x3F));
+        bytes += unicode::encodeUTF8(c, bytes);
     }
     out.resize(size_t(bytes - out.data()));
     return chars;
@@ -388,8 +375,8 @@ void CStringFormat::appendWideText(const wchar_t* text, size_t units) {
     size_t taken = 0;
     int32_t chars = 0;
     while (taken < units && text[taken] != L'\0' && (m_precision < 0 || chars < m_precision)) {
-        const bool pair = sizeof(wchar_t) == 2 && taken + 1 < units && text[taken] >= 0xD800 &&
-                          text[taken] <= 0xDBFF && text[taken + 1] >= 0xDC00 && text[taken + 1] <= 0xDFFF;
+        const bool pair = sizeof(wchar_t) == 2 && taken + 1 < units && unicode::isHighSurrogate(char32_t(text[taken])) &&
+                          unicode::isLowSurrogate(char32_t(text[taken + 1]));
         taken += pair ? 2 : 1;
         ++chars;
     }
