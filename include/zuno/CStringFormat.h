@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace zuno {
@@ -62,10 +63,11 @@ private:
 
     void goToNextFormatField();
     void readFieldSpecification();
-    int32_t readNumber();
+    int32_t readNumber(const wchar_t*& p) const;
     void pushInteger(int64_t value, bool isSigned, const char* method);
     void formatInteger(int64_t value, bool isSigned);
     void formatDouble(double value, const char* method);
+    bool formatDoubleDirectly(double value);
     void formatCharacter(int value, const char* method);
     void formatText(const String& text, const char* method);
     template <class Write>
@@ -85,7 +87,7 @@ private:
     size_t m_length = 0;
     size_t m_position = 0;
     CWideTextBuffer m_result;
-    P<IString> m_finished;  // the result, once taken
+    std::optional<String> m_finished;  // the result, once taken
 
     FieldKind m_kind = FieldKind::None;
     wchar_t m_conversion = 0;

@@ -45,6 +45,26 @@ TEST(StringFormat, IntegerFieldsAgreeWithPrintfWhereTheRulesMeet) {
     EXPECT_GT(compared, 1000);
 }
 
+// Floating-point fields print what the C library prints, whichever way they are formatted.
+TEST(StringFormat, FloatingPointFieldsAgreeWithPrintf) {
+    const double values[] = {0.0, -0.0, 1.0, -2.5, 0.125, 3.14159265358979, 1e-300, 5e-324, 1e22, 123456789.0,
+                             9.9999995, 0.00001234, -1e100, 1.7976931348623157e308, 2.5, 0.5, 1e16, 7e-5};
+    int compared = 0;
+    for (const char conversion : std::string("eEfgG"))
+        for (const double value : values)
+            for (const std::string flags : {"", "-", "+", " ", "0", "-+", "+0", " 0"})
+                for (const std::string width : {"", "3", "12", "40"})
+                    for (const std::string precision : {"", ".0", ".1", ".3", ".17"}) {
+                        const std::string field = "%" + flags + width + precision + conversion;
+                        char expected[512];
+                        std::snprintf(expected, sizeof expected, (field + "|").c_str(), value);
+                        CStringFormat formatted(String::fromUTF8(field + "|"));
+                        EXPECT_EQ(formatted.doDouble(value).getResult().toStdString(), expected) << field << " with " << value;
+                        ++compared;
+                    }
+    EXPECT_GT(compared, 10000);
+}
+
 TEST(StringFormat, FieldsFollowTheirOwnRules) {
     auto format = [](const char* text) { return CStringFormat(String::fromUTF8(text)); };
     const std::pair<String, const wchar_t*> cases[] = {
