@@ -15,7 +15,7 @@ if(WIN32)
     target_compile_options(tinyxml PRIVATE -w)
 else()
     find_path(TINYXML_INCLUDE_DIR tinyxml.h REQUIRED)
-    find_library(TINYXML_LIBRARY tinyxml REQUIRED)
+    find_library(TINYXML_LIBRARY NAMES libtinyxml.a tinyxml REQUIRED)  # static: one library less to load
     add_library(tinyxml INTERFACE)
     target_include_directories(tinyxml SYSTEM INTERFACE ${TINYXML_INCLUDE_DIR})
     target_link_libraries(tinyxml INTERFACE ${TINYXML_LIBRARY})

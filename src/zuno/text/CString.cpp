@@ -313,6 +313,11 @@ String CString::convertTo(Encoding encoding) const {
         return String(createString(encoding, m_data, m_byteLength, m_charCount));
     if (encoding == Encoding::Wide && getEncoding() == Encoding::UTF8)  // the common way in: one pass
         return String::fromUTF8ToWide(m_data, m_byteLength);
+    if (encoding == Encoding::UTF8 && getEncoding() == Encoding::Wide) {
+        std::string bytes;
+        unicode::wideToUTF8(reinterpret_cast<const wchar_t*>(m_data), size_t(m_byteLength) / sizeof(wchar_t), bytes);
+        return String(createString(encoding, bytes.data(), int32_t(bytes.size()), m_charCount));
+    }
     return String::fromChars(getChars(), encoding);
 }
 

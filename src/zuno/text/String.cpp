@@ -4,6 +4,7 @@
 #include <zuno/String.h>
 
 #include "text/CCompactWideString.h"
+#include "text/unicode.h"
 #include "text/utf8Decode.h"
 
 #include <cstdlib>
@@ -131,6 +132,12 @@ const wchar_t* String::wc_str() const {
 }
 
 std::string String::toStdString() const {
+    if (getEncoding() == Encoding::Wide) {  // the common case: straight from the wide text
+        std::string bytes;
+        unicode::wideToUTF8(static_cast<const wchar_t*>(m_text->getData()),
+                            size_t(m_text->getByteLength()) / sizeof(wchar_t), bytes);
+        return bytes;
+    }
     const String utf8 = toUTF8();
     return std::string(utf8.c_str(), size_t(utf8->getByteLength()));
 }

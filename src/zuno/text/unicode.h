@@ -61,6 +61,32 @@ inline size_t encodeUTF8(char32_t c, char* out) {
     return 4;
 }
 
+// Calls `sink` with each character of wide text, as the wide text objects read it: a
+// surrogate pair is one character (where wchar_t has 16 bits), anything else that is no
+// scalar value is U+FFFD.
+template <class Sink>
+void forEachWideChar(const wchar_t* text, size_t count, Sink sink) {
+    for (size_t i = 0; i < count; ++i) {
+        char32_t c = char32_t(text[i]);
+        if (sizeof(wchar_t) == 2 && isHighSurrogate(c) && i + 1 < count && isLowSurrogate(char32_t(text[i + 1])))
+            c = combineSurrogates(c, char32_t(text[++i]));
+        sink(toScalarValue(c));
+    }
+}
+
+// The UTF-8 form of wide text, in `out` (replacing what it held): its exact length is
+// measured first, so that the text is written once into a buffer of the right size.
+inline void wideToUTF8(const wchar_t* text, size_t count, std::string& out) {
+    size_t length = 0;
+    forEachWideChar(text, count, [&](char32_t c) { length += c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 ? 3 : 4; });
+    out.resize(length);
+    char* bytes = &out[0];
+    forEachWideChar(text, count, [&](char32_t c) {
+        if (c < 0x80) *bytes++ = char(c);
+        else bytes += encodeUTF8(c, bytes);
+    });
+}
+
 // The value of a hexadecimal digit (either case), or -1 for any other character.
 inline int hexDigitValue(char32_t c) {
     if (c >= U'0' && c <= U'9') return int(c - U'0');
