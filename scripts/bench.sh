@@ -33,7 +33,10 @@ for name in times:
 print("(ratio: time relative to nlohmann-json for JSON, to snprintf for formatting; below 1 is faster)")
 
 # Text conversion: zuno's speed relative to each peer (above 1 is faster), and throughputs.
-rates = {b.get("run_name", b["name"]): b.get("bytes_per_second", 0) for b in json.load(open(sys.argv[1]))["benchmarks"]}
+rates = {}
+for b in json.load(open(sys.argv[1]))["benchmarks"]:
+    if b.get("run_type") != "aggregate" or b.get("aggregate_name") == "median":
+        rates[b.get("run_name", b["name"])] = b.get("bytes_per_second", 0)
 print("\n%-50s %10s" % ("text", "speed"))
 for name in times:
     if name.startswith("text/utf8-to-wide/") and name.endswith("/zuno"):
@@ -41,6 +44,6 @@ for name in times:
         for peer in ("mbstowcs", "loop"):
             if group + "/" + peer in times:
                 print("%-50s %9.2fx" % (name + " vs " + peer, times[group + "/" + peer] / times[name]))
-    elif name.startswith("text/"):
+    elif name.startswith("text/") and not name.startswith("text/utf8-to-wide/"):
         print("%-50s %6.0f MB/s" % (name, rates.get(name, 0) / 1e6))
 PY

@@ -76,6 +76,13 @@ inline wchar_t* decodeUTF8ToWide(const unsigned char* p, const unsigned char* en
                 out += 16;
                 continue;
             }
+            // The ASCII bytes in front of the first other one (the loads are little-endian
+            // on every target, so the lowest set bit is the first byte).
+            const uint64_t high = first & HighBits;
+            const int ascii = high ? __builtin_ctzll(high) / 8 : 8 + __builtin_ctzll(second & HighBits) / 8;
+            for (int i = 0; i < ascii; ++i) out[i] = wchar_t(p[i]);
+            p += ascii;
+            out += ascii;
         }
         if (*p < 0x80) {
             *out++ = wchar_t(*p++);
