@@ -1,5 +1,6 @@
 # TinyXML 1: Debian's library on Linux; on Windows, Debian's patched source compiled here
-# (scripts/setup.sh fetches it and passes its folder as ZUNO_TINYXML_SOURCE_DIR).
+# (scripts/setup.sh fetches it and passes its folder as ZUNO_TINYXML_SOURCE_DIR). Either way
+# the target is TinyXML::TinyXML.
 if(WIN32)
     set(ZUNO_TINYXML_SOURCE_DIR "$ENV{HOME}/.cache/zuno/tinyxml" CACHE PATH "Debian's tinyxml source")
     if(NOT EXISTS "${ZUNO_TINYXML_SOURCE_DIR}/tinyxmlparser.cpp")
@@ -10,14 +11,10 @@ if(WIN32)
         ${ZUNO_TINYXML_SOURCE_DIR}/tinystr.cpp
         ${ZUNO_TINYXML_SOURCE_DIR}/tinyxmlerror.cpp
         ${ZUNO_TINYXML_SOURCE_DIR}/tinyxmlparser.cpp)
-    target_include_directories(tinyxml SYSTEM PUBLIC ${ZUNO_TINYXML_SOURCE_DIR})
+    target_include_directories(tinyxml SYSTEM PUBLIC $<BUILD_INTERFACE:${ZUNO_TINYXML_SOURCE_DIR}>)
     target_compile_definitions(tinyxml PUBLIC TIXML_USE_STL)
     target_compile_options(tinyxml PRIVATE -w)
+    add_library(TinyXML::TinyXML ALIAS tinyxml)
 else()
-    find_path(TINYXML_INCLUDE_DIR tinyxml.h REQUIRED)
-    find_library(TINYXML_LIBRARY NAMES libtinyxml.a tinyxml REQUIRED)  # static: one library less to load
-    add_library(tinyxml INTERFACE)
-    target_include_directories(tinyxml SYSTEM INTERFACE ${TINYXML_INCLUDE_DIR})
-    target_link_libraries(tinyxml INTERFACE ${TINYXML_LIBRARY})
-    target_compile_definitions(tinyxml INTERFACE TIXML_USE_STL)
+    find_package(TinyXML REQUIRED MODULE)
 endif()

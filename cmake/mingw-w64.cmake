@@ -1,5 +1,5 @@
 # Cross-compiles for 64-bit Windows with MinGW-w64 (posix threads variant); the tests
-# run under Wine.
+# run under Wine, found on PATH first, in Debian's own folder otherwise.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
@@ -9,4 +9,7 @@ set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_CROSSCOMPILING_EMULATOR /usr/lib/wine/wine64)
+find_program(ZUNO_WINE NAMES wine64 wine PATHS /usr/lib/wine)
+if(ZUNO_WINE)
+    set(CMAKE_CROSSCOMPILING_EMULATOR ${ZUNO_WINE})
+endif()

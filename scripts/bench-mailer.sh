@@ -13,6 +13,7 @@ root=$PWD
 runs=${1:-10}
 
 tinyxml_dir=$(bash scripts/setup.sh | tail -n 1)
+source scripts/wine.sh
 cmake -S . -B build/bench-linux -G Ninja -Wno-dev -DCMAKE_BUILD_TYPE=Release -DZUNO_BUILD_TESTS=OFF >/dev/null
 cmake --build build/bench-linux --target mailer >/dev/null
 cmake -S . -B build/windows -G Ninja -Wno-dev -DCMAKE_BUILD_TYPE=Release \
@@ -21,7 +22,7 @@ cmake --build build/windows --target mailer recording_mapi32 >/dev/null
 
 work=$(mktemp -d)
 export WINEPREFIX="$root/build/windows/wineprefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=;mapi32=n"
-trap '/usr/lib/wine/wineserver -k 2>/dev/null || true; rm -rf "$work"' EXIT
+trap '"$WINESERVER" -k 2>/dev/null || true; rm -rf "$work"' EXIT
 mkdir -p "$work/win" "$work/files" "$work/home"
 cp build/windows/src/mailer/mailer.exe build/windows/tests/mailer/win32/recording_mapi32/mapi32.dll "$work/win/"
 export ZUNO_TEST_MAPI_RECORD="Z:$work/record.txt" ZUNO_TEST_MAPI_RESULT=0
@@ -57,14 +58,14 @@ measure() {
     echo $((total / runs / 1000000))
 }
 
-/usr/lib/wine/wineserver -p
-/usr/lib/wine/wine64 "$work/win/mailer.exe" >/dev/null 2>&1 || true  # warm Wine up
+"$WINESERVER" -p
+"$WINE" "$work/win/mailer.exe" >/dev/null 2>&1 || true  # warm Wine up
 
 printf '| mailer file | size | Windows build under Wine, ms | Linux build, ms |\n|---|---|---|---|\n'
 while read -r name recipients note attachments; do
     make_file "$recipients" "$note" "$attachments" "$work/$name.xml"
     size=$(du -k "$work/$name.xml" | cut -f1)
-    win=$(measure "$work/$name.xml" /usr/lib/wine/wine64 "$work/win/mailer.exe")
+    win=$(measure "$work/$name.xml" "$WINE" "$work/win/mailer.exe")
     linux=$(measure "$work/$name.xml" env HOME="$work/home" XDG_DATA_HOME="$work/home" \
             XDG_CONFIG_HOME="$work/home" PATH=/nonexistent "$root/build/bench-linux/src/mailer/mailer")
     printf '| %s: %s recipients, %s bytes of note, %s attachments | %s KiB | %s | %s |\n' \

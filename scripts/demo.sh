@@ -6,9 +6,13 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 root=$PWD
 
+echo "== setup: the packages the build needs"
 bash scripts/setup.sh >/dev/null
+echo "== configure: build/demo"
 cmake -S . -B build/demo -G Ninja -Wno-dev -DCMAKE_BUILD_TYPE=Release -DZUNO_BUILD_TESTS=OFF >/dev/null
-cmake --build build/demo --target mailer >/dev/null
+echo "== build: mailer"
+cmake --build build/demo --target mailer
+echo "== demo: handing a mailer file to a demo mail client"
 
 demo=$(mktemp -d)
 trap 'rm -rf "$demo"' EXIT
