@@ -20,8 +20,8 @@ if(NOT WIN32)
 endif()
 install(FILES ${ZUNO_USER_DOCS} README.md LICENSE DESTINATION ${ZUNO_DOC_DIR} COMPONENT tools)
 
-# The library. The Windows build compiles its own TinyXML, which goes along with the static
-# framework; on Linux the package finds Debian's.
+# The library. A build that compiles its own TinyXML (Windows) installs it beside the static
+# framework; otherwise the package finds Debian's.
 set(ZUNO_LIBRARY_TARGETS zuno)
 if(ZUNO_BUILD_SHARED)
     list(APPEND ZUNO_LIBRARY_TARGETS zuno_shared)
@@ -57,8 +57,11 @@ install(FILES ${ZUNO_PACKAGE_FILES} DESTINATION ${ZUNO_CMAKE_DIR} COMPONENT deve
 file(RELATIVE_PATH ZUNO_PC_PREFIX_FROM_PCDIR
     /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 set(ZUNO_PC_SYSTEM_LIBS -pthread)
+if(NOT ZUNO_FIND_TINYXML)
+    list(APPEND ZUNO_PC_SYSTEM_LIBS -ltinyxml)  # installed beside libzuno
+endif()
 if(WIN32)
-    list(APPEND ZUNO_PC_SYSTEM_LIBS -ltinyxml -lshell32 -lole32 -lsecur32)
+    list(APPEND ZUNO_PC_SYSTEM_LIBS -lshell32 -lole32 -lsecur32)
 endif()
 list(JOIN ZUNO_PC_SYSTEM_LIBS " " ZUNO_PC_SYSTEM_LIBS)
 set(ZUNO_PC_REQUIRES "")
