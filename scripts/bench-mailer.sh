@@ -4,6 +4,8 @@
 # half and the whole), to show how the cost grows. Windows build under Wine, handing off to
 # the recording MAPI32.DLL of the tests; Linux build with no mail client, which measures the
 # tool's own work (reading, parsing, converting, checking the attachments).
+# Then, on Linux, the tool against a bare C++ main as whole processes (hyperfine) and its
+# peak memory (/usr/bin/time).
 # Usage: bash scripts/bench-mailer.sh [runs]   (builds what it needs first)
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -74,3 +76,30 @@ quarter 2500 262144 250
 half 5000 524288 500
 large 10000 1048576 1000
 SIZES
+
+# The Linux tool as a whole process against a bare C++ program (the same compiler, a
+# std::string and nothing else) on the typical file, side by side in one hyperfine run; and
+# its peak resident memory on the largest file, above that on the typical one.
+bare="$work/bare"
+printf '#include <string>\nint main(int argc, char** argv) { std::string name(argv[0]); return argc > 9 && name.empty(); }\n' > "$bare.cpp"
+c++ -O2 "$bare.cpp" -o "$bare"
+tool="$root/build/bench-linux/src/mailer/mailer"
+quiet_env=(env HOME="$work/home" XDG_DATA_HOME="$work/home" XDG_CONFIG_HOME="$work/home" PATH=/nonexistent)
+"${quiet_env[@]}" "$(command -v hyperfine)" -N -i --warmup 20 --runs 300 --style none \
+    --prepare "$(command -v cp) $work/typical.xml $work/mail.xml" --export-json "$work/start.json" \
+    "$tool $work/mail.xml" "$bare $work/mail.xml" >/dev/null
+peak_kib() {
+    cp "$1" "$work/mail.xml"
+    "${quiet_env[@]}" /usr/bin/time -f %M "$tool" "$work/mail.xml" 2>&1 >/dev/null | tail -n 1
+}
+python3 - "$work/start.json" "$(peak_kib "$work/typical.xml")" "$(peak_kib "$work/large.xml")" \
+    "$(stat -c %s "$work/large.xml")" <<'PY'
+import json, sys
+tool, bare = json.load(open(sys.argv[1]))["results"]
+print("\nLinux mailer, typical file, as a process: %.2f ms (user+sys %.2f ms); bare C++ main %.2f ms (%.2f ms)"
+      % (tool["median"] * 1e3, (tool["user"] + tool["system"]) * 1e3, bare["median"] * 1e3, (bare["user"] + bare["system"]) * 1e3))
+print("ratio: %.2fx wall (median), %.2fx CPU" % (tool["median"] / bare["median"], (tool["user"] + tool["system"]) / (bare["user"] + bare["system"])))
+base, large, size = int(sys.argv[2]), int(sys.argv[3]), int(sys.argv[4]) / 1024
+print("peak resident: %d KiB on the typical file, %d KiB on the %.0f KiB one: %.1fx the file above the base"
+      % (base, large, size, (large - base) / size))
+PY

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the benchmarks (Linux, Release) and runs them; then prints each library's time
-# relative to its reference (nlohmann-json for JSON, snprintf for formatting).
+# relative to its reference (nlohmann-json for JSON, snprintf for formatting), and the speed
+# of the text conversions relative to mbstowcs and a plain decoder loop.
 # Ratios use CPU time. Arguments are passed to the benchmark binary, e.g. --benchmark_filter=json/parse.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -40,4 +41,19 @@ for name in times:
     speeds = ["%9.2fx" % (times[group + "/" + peer] / times[name]) if group + "/" + peer in times else "%10s" % "-"
               for peer in ("nlohmann", "rapidjson", "simdjson")]
     print("%-40s %s %s %s" % (name, *speeds))
+
+# Text conversion: zuno's speed relative to each peer (above 1 is faster), and throughputs.
+rates = {}
+for b in json.load(open(sys.argv[1]))["benchmarks"]:
+    if b.get("run_type") != "aggregate" or b.get("aggregate_name") == "median":
+        rates[b.get("run_name", b["name"])] = b.get("bytes_per_second", 0)
+print("\n%-50s %10s" % ("text", "speed"))
+for name in times:
+    if name.startswith("text/utf8-to-wide/") and name.endswith("/zuno"):
+        group = name.rpartition("/")[0]
+        for peer in ("mbstowcs", "loop"):
+            if group + "/" + peer in times:
+                print("%-50s %9.2fx" % (name + " vs " + peer, times[group + "/" + peer] / times[name]))
+    elif name.startswith("text/") and not name.startswith("text/utf8-to-wide/"):
+        print("%-50s %6.0f MB/s" % (name, rates.get(name, 0) / 1e6))
 PY

@@ -12,7 +12,7 @@ packages=(
   desktop-file-utils
   dpkg-dev
   libbenchmark-dev nlohmann-json3-dev rapidjson-dev
-  libsimdjson-dev libfmt-dev
+  libsimdjson-dev libfmt-dev hyperfine time
 )
 
 sudo_if_needed() { if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi; }

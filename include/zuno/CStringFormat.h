@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace zuno {
@@ -18,7 +19,9 @@ namespace zuno {
 // A field is "%", up to five flags of " #+-0", a width (digits or "*"), a precision
 // ("." and digits or "*"), one length modifier (L h j l t z I I64, accepted and ignored)
 // and a conversion: c C (character), d i o u x X (integer), e E f g G (floating point),
-// s S (string). "%%" is a literal "%". A "*" takes the next integer push.
+// s S (string). "%%" is a literal "%". A "*" takes the next integer push. Widths and
+// precisions are at most MaxFieldSize (4096), written or pushed; a larger one is a
+// malformed field, so that no format text or push can ask for an unbounded buffer.
 //
 // Integers are formatted here, with these differences from printf: d, i and u follow the
 // push (a signed push prints signed, an unsigned one unsigned, whatever the letter); x, X
@@ -31,7 +34,8 @@ namespace zuno {
 //
 // Errors: a malformed field raises CInvalidArgError for the method
 // "CStringFormat::goToNextFormatField" ("invalid format string in '<format>'", "too many
-// field flags specified in '<format>'"); a push that does not fit the field raises
+// field flags specified in '<format>'"); a pushed width or precision above the bound
+// raises the same "invalid format string" error for the pushing method; a push that does not fit the field raises
 // CInvalidArgError for the pushing method ("CStringFormat::doInt" ...) with "argument
 // does not match the field's format specification for '<format>'" or "expected integer
 // value (field width|field precision) in '<format>'"; getResult() before every field is
@@ -39,6 +43,8 @@ namespace zuno {
 // been pushed in yet". After an error the object must not be used again.
 class CStringFormat : public CObject {
 public:
+    static constexpr int32_t MaxFieldSize = 4096;
+
     explicit CStringFormat(const String& format);
     // A literal format text, borrowed as String(const wchar_t*) borrows it: it must outlive
     // the formatter. Spares making a String for the common case.
@@ -57,10 +63,11 @@ private:
 
     void goToNextFormatField();
     void readFieldSpecification();
-    int32_t readNumber();
+    int32_t readNumber(const wchar_t*& p) const;
     void pushInteger(int64_t value, bool isSigned, const char* method);
     void formatInteger(int64_t value, bool isSigned);
     void formatDouble(double value, const char* method);
+    bool formatDoubleDirectly(double value);
     void formatCharacter(int value, const char* method);
     void formatText(const String& text, const char* method);
     template <class Write>
@@ -80,7 +87,7 @@ private:
     size_t m_length = 0;
     size_t m_position = 0;
     CWideTextBuffer m_result;
-    P<IString> m_finished;  // the result, once taken
+    std::optional<String> m_finished;  // the result, once taken
 
     FieldKind m_kind = FieldKind::None;
     wchar_t m_conversion = 0;

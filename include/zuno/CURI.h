@@ -3,6 +3,8 @@
 #include <zuno/CObject.h>
 #include <zuno/IURI.h>
 
+#include <string_view>
+
 namespace zuno {
 
 // Parses and prints the generic URI syntax: scheme ":" ["//" authority] path ["?" query]
@@ -66,8 +68,8 @@ public:
 
 private:
     void parse(const String& text);
-    void parseHierarchical(const String& text);
-    void parseAuthority(const String& text);
+    std::wstring_view parseHierarchical(std::wstring_view rest, const String& text);
+    void parseAuthority(std::wstring_view authority, const String& text);
     String composeText() const;
 
     String m_text = String::empty();

@@ -57,6 +57,10 @@ public:
         m_size += count;
         return out;
     }
+    // Room for `count` characters in all, so that appending up to there does not move the text.
+    void reserve(size_t count) {
+        if (count > m_capacity) grow(count - m_size);
+    }
     // Gives up `count` characters at the end.
     void shrink(size_t count) { m_size -= count; }
 

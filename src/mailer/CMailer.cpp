@@ -26,6 +26,7 @@ int32_t CMailer::run(const std::vector<String>& arguments) {
     try {
         P<IMail> mail = getMailFactory()->createMail();
         reader.fillMail(*mail);
+        reader = CMailerFileReader();  // the document is not needed during the hand-off
         result = mail->send();
     } catch (const CError&) {
         // A file whose content cannot become a mail (an attachment that is no local file

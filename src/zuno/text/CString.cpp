@@ -2,6 +2,8 @@
 #include <zuno/CObjectError.h>
 #include <zuno/CString.h>
 
+#include "text/unicode.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
@@ -132,7 +134,7 @@ char32_t CString::charAt(int32_t index) const {
     if (m_encoding->getUnitSize() == 4) {
         char32_t c;
         std::memcpy(&c, m_data + 4 * size_t(index), 4);
-        return c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF) ? char32_t(0xFFFD) : c;
+        return unicode::toScalarValue(c);
     }
     return getChars()[size_t(index)];
 }
@@ -309,6 +311,13 @@ String CString::convertTo(Encoding encoding) const {
     if (isNull()) return String::null(encoding);
     if (&zuno::getCharEncoding(encoding) == m_encoding)  // wide and UTF-16/32 share a codec
         return String(createString(encoding, m_data, m_byteLength, m_charCount));
+    if (encoding == Encoding::Wide && getEncoding() == Encoding::UTF8)  // the common way in: one pass
+        return String::fromUTF8ToWide(m_data, m_byteLength);
+    if (encoding == Encoding::UTF8 && getEncoding() == Encoding::Wide) {
+        std::string bytes;
+        unicode::wideToUTF8(reinterpret_cast<const wchar_t*>(m_data), size_t(m_byteLength) / sizeof(wchar_t), bytes);
+        return String(createString(encoding, bytes.data(), int32_t(bytes.size()), m_charCount));
+    }
     return String::fromChars(getChars(), encoding);
 }
 

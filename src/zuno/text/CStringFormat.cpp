@@ -2,9 +2,11 @@
 #include <zuno/CStringFormat.h>
 
 #include "text/runtimePrintf.h"
+#include "text/unicode.h"
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -19,8 +21,10 @@ const char* const DoDouble = "CStringFormat::doDouble";
 const char* const DoChar = "CStringFormat::doChar";
 const char* const DoString = "CStringFormat::doString";
 const wchar_t* const ArgumentMismatch = L"argument does not match the field's format specification for '";
+const wchar_t* const InvalidFormat = L"invalid format string in '";
 
 constexpr int32_t MaxInt32 = std::numeric_limits<int32_t>::max();
+constexpr int32_t MaxFieldSize = CStringFormat::MaxFieldSize;
 
 const char UpperDigits[] = "0123456789ABCDEF";
 const char LowerDigits[] = "0123456789abcdef";
@@ -36,15 +40,15 @@ char* writeDigits(char* end, uint64_t value, const char* digitChars) {
     return end;
 }
 
-// A pushed width or precision: negative values give 0, large ones the largest int32.
+// A pushed width or precision: negative values give 0; -1 when it is above the bound.
 int32_t toFieldSize(int64_t value, bool isSigned) {
     if (isSigned && value < 0) return 0;
-    return uint64_t(value) > uint64_t(MaxInt32) ? MaxInt32 : int32_t(value);
+    return uint64_t(value) > uint64_t(MaxFieldSize) ? -1 : int32_t(value);
 }
 
 // The character of a pushed integer; values outside Unicode give U+FFFD.
 char32_t toCharacter(int64_t value, bool isSigned) {
-    if ((isSigned && value < 0) || uint64_t(value) > 0x10FFFF) return 0xFFFD;
+    if ((isSigned && value < 0) || uint64_t(value) > 0x10FFFF) return unicode::Replacement;
     return char32_t(value);
 }
 
@@ -59,25 +63,11 @@ int32_t appendAsUTF8(std::string& out, const wchar_t* text, size_t count, int32_
     int32_t chars = 0;
     for (size_t i = 0; i < count && (limit < 0 || chars < limit); ++i, ++chars) {
         char32_t c = char32_t(text[i]);
-        if (c < 0x80) {
-            *bytes++ = char(c);
-            continue;
+        if (sizeof(wchar_t) == 2 && unicode::isHighSurrogate(c) && i + 1 < count &&
+            unicode::isLowSurrogate(char32_t(text[i + 1]))) {
+            c = unicode::combineSurrogates(c, char32_t(text[++i]));
         }
-        if (sizeof(wchar_t) == 2 && (c & 0xFC00) == 0xD800 && i + 1 < count && (char32_t(text[i + 1]) & 0xFC00) == 0xDC00) {
-            c = 0x10000 + ((c - 0xD800) << 10) + (char32_t(text[++i]) - 0xDC00);
-        }
-        if ((c & 0xFFFFF800) == 0xD800 || c > 0x10FFFF) c = 0xFFFD;
-        if (c < 0x800) {
-            *bytes++ = char(0xC0 | (c >> 6));
-        } else if (c < 0x10000) {
-            *bytes++ = char(0xE0 | (c >> 12));
-            *bytes++ = char(0x80 | ((c >> 6) & 0x3F));
-        } else {
-            *bytes++ = char(0xF0 | (c >> 18));
-            *bytes++ = char(0x80 | ((c >> 12) & 0x3F));
-            *bytes++ = char(0x80 | ((c >> 6) & 0x3F));
-        }
-        *bytes++ = char(0x80 | (c & 0x3F));
+        bytes += unicode::encodeUTF8(c, bytes);
     }
     out.resize(size_t(bytes - out.data()));
     return chars;
@@ -143,10 +133,12 @@ String CStringFormat::getResult() {
         throw CInvalidObjectStateError(this, nullptr,
                                        String(L"CStringFormat: not all parameters have been pushed in yet"));
     }
-    if (!m_finished) m_finished = m_result.detachString().object();
-    return String(m_finished);
+    if (!m_finished) m_finished = m_result.detachString();
+    return *m_finished;
 }
 
+// The format text always ends in a NUL (text objects are terminated), so the scanner reads
+// ahead without bounds checks: a NUL is never a flag, digit or conversion.
 void CStringFormat::goToNextFormatField() {
     m_kind = FieldKind::None;
     m_conversion = 0;
@@ -156,98 +148,99 @@ void CStringFormat::goToNextFormatField() {
     m_zeroPad = m_leftJustify = m_alternate = m_plusSign = m_spaceSign = false;
     m_widthPending = m_precisionPending = false;
 
+    const wchar_t* const end = m_text + m_length;
+    const wchar_t* p = m_text + m_position;
     for (;;) {
-        const wchar_t* begin = m_text + m_position;
-        const wchar_t* end = m_text + m_length;
-        const wchar_t* percent = std::find(begin, end, L'%');
-        m_result.append(begin, size_t(percent - begin));
-        m_position = size_t(percent - m_text);
-        if (percent == end) return;
-        ++m_position;
-        if (m_position < m_length && m_text[m_position] == L'%') {
+        const wchar_t* const literal = p;
+        while (p != end && *p != L'%') ++p;
+        m_result.append(literal, size_t(p - literal));
+        if (p == end) {
+            m_position = m_length;
+            return;
+        }
+        if (p + 1 != end && p[1] == L'%') {
             m_result.append(L'%');
-            ++m_position;
+            p += 2;
             continue;
         }
+        m_position = size_t(p + 1 - m_text);
         readFieldSpecification();
         return;
     }
 }
 
 void CStringFormat::readFieldSpecification() {
-    auto next = [this]() -> wchar_t { return m_position < m_length ? m_text[m_position] : 0; };
-
-    for (;; ++m_position) {
-        bool* flag = nullptr;
-        switch (next()) {
-        case L'0': flag = &m_zeroPad; break;
-        case L'-': flag = &m_leftJustify; break;
-        case L'#': flag = &m_alternate; break;
-        case L'+': flag = &m_plusSign; break;
-        case L' ': flag = &m_spaceSign; break;
-        default: break;
+    const wchar_t* p = m_text + m_position;
+    for (;; ++p) {
+        switch (*p) {
+        case L'0': m_zeroPad = true; break;
+        case L'-': m_leftJustify = true; break;
+        case L'#': m_alternate = true; break;
+        case L'+': m_plusSign = true; break;
+        case L' ': m_spaceSign = true; break;
+        default: goto flagsRead;
         }
-        if (!flag) break;
         if (++m_flagCount > 5) fail(GoToNextFormatField, L"too many field flags specified in '");
-        *flag = true;
     }
-
-    if (next() == L'*') {
+flagsRead:
+    if (*p == L'*') {
         m_widthPending = true;
-        ++m_position;
+        ++p;
     } else {
-        m_width = readNumber();
+        m_width = readNumber(p);
     }
-    if (next() == L'.') {
-        ++m_position;
-        if (next() == L'*') {
+    if (*p == L'.') {
+        if (*++p == L'*') {
             m_precisionPending = true;
-            ++m_position;
+            ++p;
         } else {
-            m_precision = readNumber();
+            m_precision = readNumber(p);
         }
     }
 
-    switch (next()) {
+    switch (*p) {
     case L'L': case L'h': case L'j': case L'l': case L't': case L'z':
-        ++m_position;
+        ++p;
         break;
     case L'I':
-        ++m_position;
-        if (m_position + 1 < m_length && m_text[m_position] == L'6' && m_text[m_position + 1] == L'4') m_position += 2;
+        ++p;
+        if (p[0] == L'6' && p[1] == L'4') p += 2;
         break;
     default: break;
     }
 
-    m_conversion = next();
+    m_conversion = *p;
     switch (m_conversion) {
     case L'c': case L'C': m_kind = FieldKind::Character; break;
     case L'd': case L'i': case L'o': case L'u': case L'x': case L'X': m_kind = FieldKind::Integer; break;
     case L'e': case L'E': case L'f': case L'g': case L'G': m_kind = FieldKind::FloatingPoint; break;
     case L's': case L'S': m_kind = FieldKind::Text; break;
-    default: fail(GoToNextFormatField, L"invalid format string in '");
+    default: fail(GoToNextFormatField, InvalidFormat);  // (the NUL at the end of the text as well)
     }
-    ++m_position;
+    m_position = size_t(p + 1 - m_text);
 }
 
-int32_t CStringFormat::readNumber() {
+// A width or precision written as digits; one above the bound is a malformed field.
+int32_t CStringFormat::readNumber(const wchar_t*& p) const {
     int32_t number = 0;
-    while (m_position < m_length && m_text[m_position] >= L'0' && m_text[m_position] <= L'9') {
-        const int32_t digit = int32_t(m_text[m_position++] - L'0');
-        number = number > (MaxInt32 - digit) / 10 ? MaxInt32 : number * 10 + digit;
+    for (; *p >= L'0' && *p <= L'9'; ++p) {
+        number = number * 10 + int32_t(*p - L'0');
+        if (number > MaxFieldSize) fail(GoToNextFormatField, InvalidFormat);
     }
     return number;
 }
 
 void CStringFormat::pushInteger(int64_t value, bool isSigned, const char* method) {
-    if (m_widthPending) {
-        m_width = toFieldSize(value, isSigned);
-        m_widthPending = false;
-        return;
-    }
-    if (m_precisionPending) {
-        m_precision = toFieldSize(value, isSigned);
-        m_precisionPending = false;
+    if (m_widthPending || m_precisionPending) {
+        const int32_t size = toFieldSize(value, isSigned);
+        if (size < 0) fail(method, InvalidFormat);
+        if (m_widthPending) {
+            m_width = size;
+            m_widthPending = false;
+        } else {
+            m_precision = size;
+            m_precisionPending = false;
+        }
         return;
     }
     switch (m_kind) {
@@ -309,21 +302,59 @@ void CStringFormat::formatInteger(int64_t value, bool isSigned) {
         else leading = width - minimum;
     }
 
-    reserveScratch(std::max(width, minimum) + 2);
-    char* out = std::fill_n(m_scratch, leading, ' ');
-    if (sign) *out++ = sign;
-    out = std::copy(prefix, prefix + prefixLength, out);
-    out = std::fill_n(out, minimum - prefixLength - digitCount, '0');
-    out = std::copy(firstDigit, static_cast<const char*>(digitsEnd), out);
-    out = std::fill_n(out, trailing, ' ');
-    m_result.appendBytes(m_scratch, size_t(out - m_scratch));
+    // Written straight into the result: padding, sign, prefix, zeros, digits, padding.
+    const size_t length = leading + (sign ? 1 : 0) + minimum + trailing;
+    wchar_t* out = std::fill_n(m_result.extend(length), leading, L' ');
+    if (sign) *out++ = wchar_t(sign);
+    for (size_t i = 0; i < prefixLength; ++i) *out++ = wchar_t(prefix[i]);
+    out = std::fill_n(out, minimum - prefixLength - digitCount, L'0');
+    for (const char* digit = firstDigit; digit != digitsEnd; ++digit) *out++ = wchar_t(*digit);
+    std::fill_n(out, trailing, L' ');
 }
 
 void CStringFormat::formatDouble(double value, const char* method) {
+    if (!m_alternate && std::isfinite(value) && formatDoubleDirectly(value)) return;
     char fieldFormat[48];
     buildSpecification(fieldFormat, true, true, char(m_conversion));
     const size_t length = formatWithRuntime(fieldFormat, value, method);
     m_result.appendBytes(m_scratch, length);
+}
+
+// The shortest way to printf's output for a finite value without "#": std::to_chars writes
+// exactly what printf writes for the conversion and precision in the C locale (the standard
+// defines it so); the sign and the padding for the flags and width are added here.
+bool CStringFormat::formatDoubleDirectly(double value) {
+    std::chars_format style = std::chars_format::general;
+    switch (m_conversion) {
+    case L'e': case L'E': style = std::chars_format::scientific; break;
+    case L'f': style = std::chars_format::fixed; break;
+    default: break;
+    }
+    const int precision = m_precision < 0 ? 6 : m_precision;
+    std::to_chars_result written = std::to_chars(m_scratch, m_scratch + m_scratchSize, value, style, precision);
+    if (written.ec != std::errc()) {
+        reserveScratch(size_t(precision) + 400);  // the longest: 309 digits of 1e308 before the point
+        written = std::to_chars(m_scratch, m_scratch + m_scratchSize, value, style, precision);
+        if (written.ec != std::errc()) return false;
+    }
+
+    const char* digits = m_scratch;
+    char sign = 0;
+    if (*digits == '-') sign = *digits++;
+    else if (m_plusSign) sign = '+';
+    else if (m_spaceSign) sign = ' ';
+    const size_t digitCount = size_t(written.ptr - digits);
+    const size_t length = digitCount + (sign ? 1 : 0);
+    const size_t padding = size_t(m_width) > length ? size_t(m_width) - length : 0;
+
+    wchar_t* out = m_result.extend(length + padding);
+    if (!m_leftJustify && !m_zeroPad) out = std::fill_n(out, padding, L' ');
+    if (sign) *out++ = wchar_t(sign);
+    if (!m_leftJustify && m_zeroPad) out = std::fill_n(out, padding, L'0');
+    const bool upper = m_conversion == L'E' || m_conversion == L'G';
+    for (size_t i = 0; i < digitCount; ++i) *out++ = upper && digits[i] == 'e' ? L'E' : wchar_t(digits[i]);
+    if (m_leftJustify) std::fill_n(out, padding, L' ');
+    return true;
 }
 
 void CStringFormat::formatCharacter(int value, const char* method) {
@@ -383,8 +414,8 @@ void CStringFormat::appendWideText(const wchar_t* text, size_t units) {
     size_t taken = 0;
     int32_t chars = 0;
     while (taken < units && text[taken] != L'\0' && (m_precision < 0 || chars < m_precision)) {
-        const bool pair = sizeof(wchar_t) == 2 && taken + 1 < units && text[taken] >= 0xD800 &&
-                          text[taken] <= 0xDBFF && text[taken + 1] >= 0xDC00 && text[taken + 1] <= 0xDFFF;
+        const bool pair = sizeof(wchar_t) == 2 && taken + 1 < units && unicode::isHighSurrogate(char32_t(text[taken])) &&
+                          unicode::isLowSurrogate(char32_t(text[taken + 1]));
         taken += pair ? 2 : 1;
         ++chars;
     }

@@ -1,5 +1,7 @@
 #include <zuno/CStringInStream.h>
 
+#include "text/unicode.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -9,13 +11,8 @@ namespace zuno {
 namespace {
 
 void appendUnits(std::u16string& out, char32_t c) {
-    if (c < 0x10000) {
-        out.push_back(char16_t(c));
-    } else {
-        c -= 0x10000;
-        out.push_back(char16_t(0xD800 + (c >> 10)));
-        out.push_back(char16_t(0xDC00 + (c & 0x3FF)));
-    }
+    char16_t units[2];
+    out.append(units, size_t(unicode::encodeUTF16(c, units) - units));
 }
 
 } // namespace

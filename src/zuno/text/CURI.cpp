@@ -1,9 +1,14 @@
 #include <zuno/CURI.h>
 #include <zuno/CURIError.h>
-#include <zuno/ICharEncoding.h>
+#include <zuno/CWideTextBuffer.h>
+
+#include "text/percentEncoding.h"
+#include "text/unicode.h"
+#include "text/utf8Decode.h"
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zuno {
@@ -14,95 +19,112 @@ const wchar_t* const CURI::QueryFragmentAllowed = L";:,/?@&=+$";
 
 namespace {
 
-const wchar_t* const Delimiters = L"\"#$%&+,/:;<=>?@[\\]^`{|}";
+using View = std::wstring_view;
+
 const int32_t MaxPort = 65535;
 
-bool isListed(char32_t c, const wchar_t* set) {
-    for (; set && *set; ++set) {
-        if (char32_t(*set) == c) return true;
+// The wide characters of `text` (a wide String, which stays alive while the view is used).
+View viewOf(const String& wide) {
+    return View(wide.wc_str(), size_t(wide->getByteLength()) / sizeof(wchar_t));
+}
+
+String makeString(View text) {
+    return String(text.data(), int32_t(text.size()));
+}
+
+// A set of ASCII characters, tested without a search per character.
+class AsciiSet {
+public:
+    constexpr explicit AsciiSet(const wchar_t* chars) {
+        for (; *chars; ++chars) m_bits[*chars >> 6] |= uint64_t(1) << (*chars & 63);
     }
-    return false;
+    bool contains(wchar_t c) const { return unsigned(c) < 128 && (m_bits[unsigned(c) >> 6] >> (unsigned(c) & 63)) & 1; }
+
+    // The position of the first character of the set in `text` from `from` on; npos if none.
+    size_t findIn(View text, size_t from = 0) const {
+        for (size_t i = from; i < text.size(); ++i) {
+            if (contains(text[i])) return i;
+        }
+        return View::npos;
+    }
+
+private:
+    uint64_t m_bits[2] = {};
+};
+
+constexpr AsciiSet SchemeEnd(L":/?#");
+constexpr AsciiSet AuthorityEnd(L"/?#");
+constexpr AsciiSet Delimiters(L"\"#$%&+,/:;<=>?@[\\]^`{|}");
+
+// Characters above 0x7F (the units of a surrogate pair among them) are never escaped.
+bool needsEscape(wchar_t c, const AsciiSet& allowed) {
+    if (allowed.contains(c)) return false;
+    return c <= 0x20 || c == 0x7F || Delimiters.contains(c);
 }
 
-bool needsEscape(char32_t c, const wchar_t* allowed) {
-    if (isListed(c, allowed)) return false;
-    return c <= 0x20 || c == 0x7F || isListed(c, Delimiters);
+void append(CWideTextBuffer& out, View text) {
+    out.append(text.data(), text.size());
 }
 
-int hexValue(char32_t c) {
-    if (c >= U'0' && c <= U'9') return int(c - U'0');
-    if (c >= U'A' && c <= U'F') return int(c - U'A') + 10;
-    if (c >= U'a' && c <= U'f') return int(c - U'a') + 10;
-    return -1;
+void append(CWideTextBuffer& out, const String& text) {
+    if (!text.isNull()) append(out, viewOf(text.toWide()));
 }
 
-// The byte of a "%XX" escape at `pos`, or -1 when there is none there. "%00" does not
+// The byte of a "%XX" escape at `p`, or -1 when there is none there. "%00" does not
 // count: a NUL must not get into decoded text.
-int escapedByte(const std::u32string& chars, size_t pos) {
-    if (pos + 2 >= chars.size() || chars[pos] != U'%') return -1;
-    const int high = hexValue(chars[pos + 1]);
-    const int low = hexValue(chars[pos + 2]);
-    if (high < 0 || low < 0 || (high == 0 && low == 0)) return -1;
-    return high * 16 + low;
+int escapedByte(const wchar_t* p, const wchar_t* end) {
+    const int byte = percentEscapeAt(p, end);
+    return byte == 0 ? -1 : byte;
 }
 
-bool isSurrogate(char32_t c) {
-    return c >= 0xD800 && c <= 0xDFFF;
-}
-
-// The characters of a run of escaped bytes: UTF-8 when the run is valid UTF-8 (decoding
-// and encoding it again gives the same bytes, and no surrogate comes out), otherwise one
-// character per byte.
-void appendDecodedBytes(const std::string& bytes, std::u32string& out) {
-    const ICharEncoding& utf8 = getCharEncoding(Encoding::UTF8);
-    std::u32string decoded;
-    utf8.decode(bytes.data(), int32_t(bytes.size()), decoded);
-    std::string again;
-    utf8.encode(decoded.data(), decoded.size(), again);
-    if (again == bytes && std::none_of(decoded.begin(), decoded.end(), isSurrogate)) {
-        out += decoded;
-    } else {
-        for (unsigned char byte : bytes) out += char32_t(byte);
+// The characters of a run of escaped bytes: UTF-8 when the run is well-formed UTF-8 (no
+// surrogates, no overlong forms), otherwise one character per byte.
+void appendDecodedBytes(const std::string& bytes, CWideTextBuffer& out) {
+    const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
+    const auto* end = p + bytes.size();
+    if (!isWellFormedUTF8(p, end)) {
+        out.appendBytes(bytes.data(), bytes.size());
+        return;
     }
+    wchar_t* room = out.extend(bytes.size());
+    size_t chars = 0;
+    out.shrink(size_t(room + bytes.size() - decodeUTF8ToWide(p, end, room, chars)));
 }
 
 // A relative path whose first segment holds a ":" would read as a scheme.
-bool firstSegmentHasColon(const String& path) {
-    const int32_t colon = path.find(U':');
-    const int32_t slash = path.find(U'/');
-    return colon >= 0 && (slash < 0 || colon < slash);
+bool firstSegmentHasColon(View path) {
+    const size_t colon = path.find(L':');
+    return colon != View::npos && colon < path.find(L'/');
 }
 
-int32_t parsePort(const String& portText, const String& uriText) {
-    if (portText.isEmpty()) return -1;
+int32_t parsePort(View portText, const String& uriText) {
+    if (portText.empty()) return -1;
     int32_t port = 0;
-    for (char32_t c : portText.getChars()) {
-        if (c < U'0' || c > U'9') throw CURIFormatError(uriText);
-        port = port * 10 + int32_t(c - U'0');
+    for (wchar_t c : portText) {
+        if (c < L'0' || c > L'9') throw CURIFormatError(uriText);
+        port = port * 10 + int32_t(c - L'0');
         if (port > MaxPort) throw CURIFormatError(uriText);
     }
     return port;
 }
 
-String joinSegments(const std::vector<String>& segments, bool absolute) {
-    String result = absolute ? String(L"/") : String::empty();
-    for (size_t i = 0; i < segments.size(); ++i) {
-        if (i > 0) result += L"/";
-        result += segments[i];
-    }
-    return result;
+// Whether a "." or ".." segment may be in the path: one of its segments begins with ".".
+bool mayHaveDotSegments(View path) {
+    return !path.empty() && (path[0] == L'.' || path.find(L"/.") != View::npos);
 }
 
 // Removes "." and ".." segments. A path that ends in one of them keeps its trailing "/"
 // ("a/b/.." is "a/"); ".." above the root is dropped, leading ".." of a relative path stay.
-String normalizePath(const String& path) {
-    const bool absolute = path.startsWith(L"/");
-    std::vector<String> pieces = path.split(L"/");
-    if (absolute) pieces.erase(pieces.begin());
-    std::vector<String> kept;
-    for (size_t i = 0; i < pieces.size(); ++i) {
-        const String& piece = pieces[i];
-        const bool last = i + 1 == pieces.size();
+String normalizePath(View path) {
+    if (!mayHaveDotSegments(path)) return makeString(path);
+    const bool absolute = !path.empty() && path[0] == L'/';
+    if (absolute) path.remove_prefix(1);
+    std::vector<View> kept;
+    for (bool last = false; !last;) {
+        const size_t slash = path.find(L'/');
+        last = slash == View::npos;
+        const View piece = path.substr(0, slash);
+        if (!last) path.remove_prefix(slash + 1);
         if (piece == L"..") {
             if (!kept.empty() && kept.back() != L"..") {
                 kept.pop_back();
@@ -114,9 +136,15 @@ String normalizePath(const String& path) {
             kept.push_back(piece);
             continue;
         }
-        if (last) kept.push_back(String::empty());
+        if (last) kept.push_back(View());
     }
-    return joinSegments(kept, absolute);
+    CWideTextBuffer joined;
+    if (absolute) joined.append(L'/');
+    for (size_t i = 0; i < kept.size(); ++i) {
+        if (i > 0) joined.append(L'/');
+        append(joined, kept[i]);
+    }
+    return joined.detachString();
 }
 
 } // namespace
@@ -133,149 +161,202 @@ CURI::CURI(const String& scheme, const String& userInfo, const String& host, con
     const bool hasAuthority = !hostText.isEmpty() || !userInfo.isEmpty() || !portText.isEmpty() ||
                               (!scheme.isEmpty() && escapedPath.startsWith(L"/")) || escapedPath.startsWith(L"//");
 
-    String text = scheme.isEmpty() ? String::empty() : scheme + L":";
+    CWideTextBuffer text;
+    append(text, scheme);
+    if (!scheme.isEmpty()) text.append(L':');
     if (hasAuthority) {
-        text += L"//";
-        if (!userInfo.isEmpty()) text += escape(userInfo, UserInfoAllowed) + L"@";
-        text += hostText;
-        if (!portText.isEmpty()) text += L":" + portText;
-        if (!escapedPath.isEmpty() && !escapedPath.startsWith(L"/")) text += L"/";
-    } else if (scheme.isEmpty() && firstSegmentHasColon(escapedPath)) {
-        text += L"./";
+        append(text, View(L"//"));
+        if (!userInfo.isEmpty()) {
+            append(text, escape(userInfo, UserInfoAllowed));
+            text.append(L'@');
+        }
+        append(text, hostText);
+        if (!portText.isEmpty()) {
+            text.append(L':');
+            append(text, portText);
+        }
+        if (!escapedPath.isEmpty() && !escapedPath.startsWith(L"/")) text.append(L'/');
+    } else if (scheme.isEmpty() && firstSegmentHasColon(viewOf(escapedPath.toWide()))) {
+        append(text, View(L"./"));
     }
-    text += escapedPath;
-    if (!query.isEmpty()) text += L"?" + escape(query, QueryFragmentAllowed);
-    if (!fragment.isEmpty()) text += L"#" + escape(fragment, QueryFragmentAllowed);
-    parse(text);
+    append(text, escapedPath);
+    if (!query.isEmpty()) {
+        text.append(L'?');
+        append(text, escape(query, QueryFragmentAllowed));
+    }
+    if (!fragment.isEmpty()) {
+        text.append(L'#');
+        append(text, escape(fragment, QueryFragmentAllowed));
+    }
+    parse(text.detachString());
 }
 
 CURI::CURI(const CURI& other) = default;
 
+// Works on the wide characters of the text in one piece; every delimiter is ASCII, so no
+// surrogate pair is ever split.
 void CURI::parse(const String& text) {
     m_parsed = true;
-    const int32_t delimiter = text.findAnyOf(L":/?#");
-    if (delimiter > 0 && text.charAt(delimiter) == U':') {
-        m_scheme = text.substring(0, delimiter);
-        m_schemeSpecificPart = text.substring(delimiter + 1);
+    const String wide = text.toWide();
+    const View all = viewOf(wide);
+    View rest = all;
+    const size_t delimiter = SchemeEnd.findIn(all);
+    if (delimiter != View::npos && delimiter > 0 && all[delimiter] == L':') {
+        m_scheme = makeString(all.substr(0, delimiter));
+        rest = all.substr(delimiter + 1);
+        m_schemeSpecificPart = makeString(rest);
         m_relative = false;
     } else {
-        m_schemeSpecificPart = text;
+        m_schemeSpecificPart = wide;
     }
-    if (!m_relative && !m_schemeSpecificPart.startsWith(L"/")) {
+    View parsedPath = rest;
+    if (!m_relative && (rest.empty() || rest[0] != L'/')) {
         // Opaque ("mailto:someone", "winresicon:shell32.dll,-1"): nothing more to split.
         m_opaque = true;
         m_path = m_schemeSpecificPart;
     } else {
-        parseHierarchical(text);
+        parsedPath = parseHierarchical(rest, text);
     }
-    m_text = composeText();
+    // Mostly the text form is the text itself; it is composed only where parsing changed it.
+    const bool pathChanged = mayHaveDotSegments(parsedPath) && viewOf(m_path.toWide()) != parsedPath;
+    const bool composedDiffers = !m_opaque && (pathChanged ||
+                                               (m_relative && !m_hasAuthority && firstSegmentHasColon(parsedPath)));
+    m_text = composedDiffers ? composeText() : wide;
 }
 
-void CURI::parseHierarchical(const String& text) {
-    const String& rest = m_schemeSpecificPart;
-    const int32_t length = rest.length();
-    int32_t pathStart = 0;
-    if (rest.startsWith(L"//")) {
-        pathStart = rest.findAnyOf(L"/?#", 2);
-        if (pathStart < 0) pathStart = length;
-        m_authority = rest.substring(2, pathStart);
+// Returns the path as it stands in the text, before its normalisation.
+View CURI::parseHierarchical(View rest, const String& text) {
+    const size_t length = rest.size();
+    size_t pathStart = 0;
+    if (rest.substr(0, 2) == L"//") {
+        pathStart = std::min(AuthorityEnd.findIn(rest, 2), length);
+        const View authority = rest.substr(2, pathStart - 2);
+        m_authority = makeString(authority);
         m_hasAuthority = true;
-        parseAuthority(text);
+        parseAuthority(authority, text);
     }
-    int32_t pathEnd = rest.findAnyOf(L"?#", pathStart);
-    if (pathEnd < 0) pathEnd = length;
-    const int32_t fragmentStart = rest.find(U'#', pathStart);
-    m_path = rest.substring(pathStart, pathEnd);
-    if (pathEnd < length && rest.charAt(pathEnd) == U'?') {
-        m_query = rest.substring(pathEnd + 1, fragmentStart < 0 ? length : fragmentStart);
+    const size_t fragmentStart = rest.find(L'#', pathStart);
+    const size_t pathEnd = std::min({rest.find(L'?', pathStart), fragmentStart, length});
+    const View path = rest.substr(pathStart, pathEnd - pathStart);
+    if (pathEnd < length && rest[pathEnd] == L'?') {
+        m_query = makeString(rest.substr(pathEnd + 1, std::min(fragmentStart, length) - pathEnd - 1));
         m_hasQuery = true;
     }
-    if (fragmentStart >= 0) {
-        m_fragment = rest.substring(fragmentStart + 1);
+    if (fragmentStart != View::npos) {
+        m_fragment = makeString(rest.substr(fragmentStart + 1));
         m_hasFragment = true;
     }
-    if (!m_path.isEmpty()) m_path = normalizePath(m_path);
+    m_path = path.empty() ? String::empty() : normalizePath(path);
+    return path;
 }
 
-void CURI::parseAuthority(const String& text) {
-    String hostAndPort = m_authority;
-    const int32_t at = m_authority.rfind(U'@');
-    if (at >= 0) {
-        m_rawUserInfo = m_authority.substring(0, at);
+void CURI::parseAuthority(View authority, const String& text) {
+    View hostAndPort = authority;
+    const size_t at = authority.rfind(L'@');
+    if (at != View::npos) {
+        m_rawUserInfo = makeString(authority.substr(0, at));
         m_userInfo = unescape(m_rawUserInfo);
-        hostAndPort = m_authority.substring(at + 1);
+        hostAndPort = authority.substr(at + 1);
     }
     // The port follows the last ":" outside the brackets of an IPv6 host.
-    int32_t portColon = -1;
+    size_t portColon = View::npos;
     bool inBrackets = false;
-    const std::u32string chars = hostAndPort.getChars();
-    for (size_t i = 0; i < chars.size(); ++i) {
-        if (chars[i] == U'[') inBrackets = true;
-        else if (chars[i] == U']') inBrackets = false;
-        else if (chars[i] == U':' && !inBrackets) portColon = int32_t(i);
+    for (size_t i = 0; i < hostAndPort.size(); ++i) {
+        if (hostAndPort[i] == L'[') inBrackets = true;
+        else if (hostAndPort[i] == L']') inBrackets = false;
+        else if (hostAndPort[i] == L':' && !inBrackets) portColon = i;
     }
     if (inBrackets) throw CURIFormatError(text);
-    if (portColon < 0) {
-        m_host = hostAndPort;
-    } else {
-        m_host = hostAndPort.substring(0, portColon);
-        m_portText = hostAndPort.substring(portColon + 1);
-    }
-    m_port = parsePort(m_portText, text);
+    m_host = makeString(hostAndPort.substr(0, portColon));
+    const View portText = portColon == View::npos ? View() : hostAndPort.substr(portColon + 1);
+    if (portColon != View::npos) m_portText = makeString(portText);
+    m_port = parsePort(portText, text);
 }
 
 String CURI::composeText() const {
-    String text = m_relative ? String::empty() : m_scheme + L":";
-    if (m_opaque) return text + m_path;
-    // A path that begins with "//" needs an authority, even an empty one, in front of it.
-    if (m_hasAuthority || m_path.startsWith(L"//")) {
-        text += L"//" + m_authority;
-    } else if (m_relative && firstSegmentHasColon(m_path)) {
-        text += L"./";
+    CWideTextBuffer text;
+    text.reserve(size_t(m_scheme.length() + m_authority.length() + m_path.length() + m_query.length() +
+                        m_fragment.length()) * 2 + 8);  // (a character may take two units)
+    if (!m_relative) {
+        append(text, m_scheme);
+        text.append(L':');
     }
-    text += m_path;
-    if (m_hasQuery) text += L"?" + m_query;
-    if (m_hasFragment) text += L"#" + m_fragment;
-    return text;
+    const String path = m_path.toWide();
+    if (!m_opaque) {
+        // A path that begins with "//" needs an authority, even an empty one, in front of it.
+        if (m_hasAuthority || viewOf(path).substr(0, 2) == L"//") {
+            append(text, View(L"//"));
+            append(text, m_authority);
+        } else if (m_relative && firstSegmentHasColon(viewOf(path))) {
+            append(text, View(L"./"));
+        }
+    }
+    append(text, path);
+    if (m_hasQuery) {
+        text.append(L'?');
+        append(text, m_query);
+    }
+    if (m_hasFragment) {
+        text.append(L'#');
+        append(text, m_fragment);
+    }
+    return text.detachString();
 }
 
 String CURI::escape(const String& part, const wchar_t* allowed) {
-    static const char hexDigits[] = "0123456789ABCDEF";
-    const std::u32string chars = part.getChars();
-    std::u32string escaped;
-    escaped.reserve(chars.size());
-    for (char32_t c : chars) {
-        if (needsEscape(c, allowed)) {
-            escaped += U'%';
-            escaped += char32_t(hexDigits[(c >> 4) & 0xF]);
-            escaped += char32_t(hexDigits[c & 0xF]);
+    if (part.isNull()) return part;
+    const AsciiSet allowedSet(allowed ? allowed : L"");
+    const String wide = part.toWide();
+    const View chars = viewOf(wide);
+    size_t i = 0;
+    while (i < chars.size() && !needsEscape(chars[i], allowedSet)) ++i;
+    if (i == chars.size()) return part;
+    CWideTextBuffer escaped;
+    append(escaped, chars.substr(0, i));
+    for (; i < chars.size(); ++i) {
+        const wchar_t c = chars[i];
+        if (needsEscape(c, allowedSet)) {
+            wchar_t* out = escaped.extend(3);
+            out[0] = L'%';
+            out[1] = wchar_t(unicode::upperHexDigit(unsigned(c) >> 4));
+            out[2] = wchar_t(unicode::upperHexDigit(unsigned(c)));
         } else {
-            escaped += c;
+            escaped.append(c);
         }
     }
-    return escaped.size() == chars.size() ? part : String::fromChars(escaped);
+    return escaped.detachString();
 }
 
 String CURI::unescape(const String& text) {
-    const std::u32string chars = text.getChars();
-    std::u32string decoded;
-    decoded.reserve(chars.size());
+    if (text.isNull()) return text;
+    const String wide = text.toWide();
+    const View chars = viewOf(wide);
+    const wchar_t* p = chars.data();
+    const wchar_t* const end = p + chars.size();
+    const wchar_t* firstEscape = p;
+    while (firstEscape != end && escapedByte(firstEscape, end) < 0) ++firstEscape;
+    if (firstEscape == end) return text;
+
+    CWideTextBuffer decoded;
+    decoded.reserve(chars.size());  // the most it can take; pages never written cost nothing
+    decoded.append(p, size_t(firstEscape - p));
     std::string run;
-    for (size_t i = 0; i < chars.size();) {
-        const int byte = escapedByte(chars, i);
+    run.reserve(chars.size() / 3);
+    for (p = firstEscape; p != end;) {
+        const int byte = escapedByte(p, end);
         if (byte >= 0) {
             run += char(byte);
-            i += 3;
+            p += 3;
             continue;
         }
         if (!run.empty()) {
             appendDecodedBytes(run, decoded);
             run.clear();
         }
-        decoded += chars[i++];
+        decoded.append(*p++);
     }
     if (!run.empty()) appendDecodedBytes(run, decoded);
-    return decoded == chars ? text : String::fromChars(decoded);
+    return decoded.detachString();
 }
 
 String CURI::getScheme() const { return m_scheme; }

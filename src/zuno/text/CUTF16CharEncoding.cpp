@@ -19,10 +19,10 @@ void walkUTF16(const char* bytes, size_t count, Sink sink) {
     };
     for (size_t i = 0; i < count; ++i) {
         const char16_t unit = unitAt(i);
-        if (unit >= 0xD800 && unit <= 0xDBFF && i + 1 < count) {
+        if (isHighSurrogate(unit) && i + 1 < count) {
             const char16_t next = unitAt(i + 1);
-            if (next >= 0xDC00 && next <= 0xDFFF) {
-                sink(0x10000 + ((char32_t(unit) - 0xD800) << 10) + (next - 0xDC00));
+            if (isLowSurrogate(next)) {
+                sink(combineSurrogates(unit, next));
                 ++i;
                 continue;
             }
@@ -47,15 +47,9 @@ void CUTF16CharEncoding::decode(const void* data, int32_t byteLength, std::u32st
 void CUTF16CharEncoding::encode(const char32_t* chars, size_t count, std::string& out) const {
     out.reserve(out.size() + 2 * count);
     for (size_t i = 0; i < count; ++i) {
-        char32_t c = chars[i];
-        if (isSurrogate(c) || c > 0x10FFFF) c = Replacement;
-        if (c < 0x10000) {
-            appendUnit(out, char16_t(c));
-        } else {
-            c -= 0x10000;
-            appendUnit(out, char16_t(0xD800 + (c >> 10)));
-            appendUnit(out, char16_t(0xDC00 + (c & 0x3FF)));
-        }
+        char16_t units[2];
+        const char16_t* end = encodeUTF16(toScalarValue(chars[i]), units);
+        for (const char16_t* unit = units; unit != end; ++unit) appendUnit(out, *unit);
     }
 }
 

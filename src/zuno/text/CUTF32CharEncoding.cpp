@@ -12,8 +12,7 @@ void CUTF32CharEncoding::decode(const void* data, int32_t byteLength, std::u32st
     const size_t start = out.size();
     out.resize(start + count);
     std::memcpy(&out[start], data, count * 4);
-    for (size_t i = start; i < out.size(); ++i)
-        if (isSurrogate(out[i]) || out[i] > 0x10FFFF) out[i] = Replacement;
+    for (size_t i = start; i < out.size(); ++i) out[i] = toScalarValue(out[i]);
 }
 
 void CUTF32CharEncoding::encode(const char32_t* chars, size_t count, std::string& out) const {
@@ -22,7 +21,7 @@ void CUTF32CharEncoding::encode(const char32_t* chars, size_t count, std::string
     char* target = &out[start];
     std::memcpy(target, chars, 4 * count);
     for (size_t i = 0; i < count; ++i) {
-        if (isSurrogate(chars[i]) || chars[i] > 0x10FFFF) std::memcpy(target + 4 * i, &Replacement, 4);
+        if (toScalarValue(chars[i]) != chars[i]) std::memcpy(target + 4 * i, &Replacement, 4);
     }
 }
 

@@ -32,23 +32,12 @@ void CUTF8CharEncoding::decode(const void* data, int32_t byteLength, std::u32str
 void CUTF8CharEncoding::encode(const char32_t* chars, size_t count, std::string& out) const {
     out.reserve(out.size() + count);
     for (size_t i = 0; i < count; ++i) {
-        char32_t c = chars[i];
-        if (isSurrogate(c) || c > 0x10FFFF) c = Replacement;
-        if (c < 0x80) {
-            out.push_back(char(c));
-        } else if (c < 0x800) {
-            out.push_back(char(0xC0 | (c >> 6)));
-            out.push_back(char(0x80 | (c & 0x3F)));
-        } else if (c < 0x10000) {
-            out.push_back(char(0xE0 | (c >> 12)));
-            out.push_back(char(0x80 | ((c >> 6) & 0x3F)));
-            out.push_back(char(0x80 | (c & 0x3F)));
-        } else {
-            out.push_back(char(0xF0 | (c >> 18)));
-            out.push_back(char(0x80 | ((c >> 12) & 0x3F)));
-            out.push_back(char(0x80 | ((c >> 6) & 0x3F)));
-            out.push_back(char(0x80 | (c & 0x3F)));
+        if (chars[i] < 0x80) {
+            out.push_back(char(chars[i]));
+            continue;
         }
+        char bytes[4];
+        out.append(bytes, encodeUTF8(chars[i], bytes));
     }
 }
 

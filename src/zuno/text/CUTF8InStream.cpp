@@ -31,14 +31,7 @@ size_t CUTF8InStream::decode(char16_t* out, size_t room, size_t& next) const {
             out[units++] = *p++;
             continue;
         }
-        char32_t c = decodeUTF8(p, end);
-        if (c < 0x10000) {
-            out[units++] = char16_t(c);
-        } else {
-            c -= 0x10000;
-            out[units++] = char16_t(0xD800 + (c >> 10));
-            out[units++] = char16_t(0xDC00 + (c & 0x3FF));
-        }
+        units = size_t(unicode::encodeUTF16(decodeUTF8(p, end), out + units) - out);
     }
     next = size_t(p - begin);
     return units;

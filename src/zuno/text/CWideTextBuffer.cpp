@@ -1,6 +1,7 @@
 #include <zuno/CWideTextBuffer.h>
 
 #include "text/CCompactWideString.h"
+#include "text/unicode.h"
 #include "text/utf8Decode.h"
 
 #include <zuno/CException.h>
@@ -23,7 +24,7 @@ int32_t countChars(const wchar_t* text, size_t size) {
     if (!WideIsUTF16) return int32_t(size);
     size_t pairs = 0;
     for (size_t i = 0; i + 1 < size; ++i) {
-        if ((char32_t(text[i]) & 0xFC00) == 0xD800 && (char32_t(text[i + 1]) & 0xFC00) == 0xDC00) {
+        if (unicode::isHighSurrogate(char32_t(text[i])) && unicode::isLowSurrogate(char32_t(text[i + 1]))) {
             ++pairs;
             ++i;
         }
@@ -49,10 +50,7 @@ void CWideTextBuffer::grow(size_t count) {
 
 void CWideTextBuffer::appendChar(char32_t c) {
     if (WideIsUTF16 && c >= 0x10000) {
-        c -= 0x10000;
-        wchar_t* out = extend(2);
-        out[0] = wchar_t(0xD800 + (c >> 10));
-        out[1] = wchar_t(0xDC00 + (c & 0x3FF));
+        unicode::encodeUTF16(c, extend(2));
     } else {
         append(wchar_t(c));
     }
@@ -69,8 +67,8 @@ void CWideTextBuffer::appendUTF16(const char16_t* units, size_t count) {
         const char32_t unit = units[i];
         wchar_t* previous = out + written - 1;
         const size_t before = m_size - count + written;  // characters in front of out[written]
-        if ((unit & 0xFC00) == 0xDC00 && before > 0 && (char32_t(*previous) & 0xFFFFFC00) == 0xD800) {
-            *previous = wchar_t(0x10000 + ((char32_t(*previous) - 0xD800) << 10) + (unit - 0xDC00));
+        if (unicode::isLowSurrogate(unit) && before > 0 && unicode::isHighSurrogate(char32_t(*previous))) {
+            *previous = wchar_t(unicode::combineSurrogates(char32_t(*previous), unit));
         } else {
             out[written++] = wchar_t(unit);
         }
@@ -105,6 +103,9 @@ String CWideTextBuffer::detachString() {
         return text;
     }
     m_data[m_size] = 0;
+    if (m_capacity / 2 > m_size + InlineCapacity) {  // a long-lived text should not keep much unused room
+        if (void* trimmed = std::realloc(m_data, (m_size + 1) * sizeof(wchar_t))) m_data = static_cast<wchar_t*>(trimmed);
+    }
     const int32_t bytes = int32_t(m_size * sizeof(wchar_t));
     const int32_t chars = countChars(m_data, m_size);
     wchar_t* data = std::exchange(m_data, m_inline);

@@ -3,6 +3,13 @@
 #include <zuno/CString.h>
 #include <zuno/String.h>
 
+#include "text/CCompactWideString.h"
+#include "text/unicode.h"
+#include "text/utf8Decode.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
 #include <ostream>
 
 namespace zuno {
@@ -74,12 +81,33 @@ String String::fromUTF8(const std::string& text) {
     return fromUTF8(text.data(), int32_t(text.size()));
 }
 
+// One pass into one buffer: a short text is decoded on the stack and copied into a text
+// object that holds it in its own allocation; a long one is decoded into a heap buffer of
+// one unit per byte, which is trimmed when much of it stayed unused and then adopted.
 String String::fromUTF8ToWide(const char* text, int32_t length) {
     if (!text) return String();
-    const ICharEncoding& utf8 = getCharEncoding(Encoding::UTF8);
-    std::u32string chars;
-    utf8.decode(text, length < 0 ? utf8.measure(text) : length, chars);
-    return fromChars(chars);
+    const size_t bytes = length < 0 ? std::strlen(text) : size_t(length);
+    const auto* begin = reinterpret_cast<const unsigned char*>(text);
+    size_t chars = 0;
+    constexpr size_t ShortText = 256;
+    if (bytes <= ShortText) {
+        wchar_t units[ShortText];
+        const size_t count = size_t(decodeUTF8ToWide(begin, begin + bytes, units, chars) - units);
+        return String(CCompactWideString::create(units, count, int32_t(chars)));
+    }
+    auto* buffer = static_cast<wchar_t*>(std::malloc((bytes + 1) * sizeof(wchar_t)));
+    if (!buffer) throw std::bad_alloc();
+    const size_t count = size_t(decodeUTF8ToWide(begin, begin + bytes, buffer, chars) - buffer);
+    buffer[count] = 0;
+    if (count < bytes - bytes / 4) {
+        if (void* trimmed = std::realloc(buffer, (count + 1) * sizeof(wchar_t))) buffer = static_cast<wchar_t*>(trimmed);
+    }
+    try {
+        return String(make<CWCharString>(buffer, int32_t(count * sizeof(wchar_t)), CString::Adopt, true, int32_t(chars)));
+    } catch (...) {
+        std::free(buffer);
+        throw;
+    }
 }
 
 String String::fromChars(const std::u32string& chars, Encoding encoding) {
@@ -104,6 +132,12 @@ const wchar_t* String::wc_str() const {
 }
 
 std::string String::toStdString() const {
+    if (getEncoding() == Encoding::Wide) {  // the common case: straight from the wide text
+        std::string bytes;
+        unicode::wideToUTF8(static_cast<const wchar_t*>(m_text->getData()),
+                            size_t(m_text->getByteLength()) / sizeof(wchar_t), bytes);
+        return bytes;
+    }
     const String utf8 = toUTF8();
     return std::string(utf8.c_str(), size_t(utf8->getByteLength()));
 }

@@ -11,17 +11,9 @@ bool isUnreserved(unsigned char c) {
            c == '_' || c == '~';
 }
 
-int hexValue(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    return -1;
-}
-
 } // namespace
 
 std::string percentEncode(const std::string& text, const char* keep) {
-    static const char hexDigits[] = "0123456789ABCDEF";
     std::string encoded;
     encoded.reserve(text.size());
     for (const unsigned char c : text) {
@@ -29,8 +21,8 @@ std::string percentEncode(const std::string& text, const char* keep) {
             encoded += char(c);
         } else {
             encoded += '%';
-            encoded += hexDigits[c >> 4];
-            encoded += hexDigits[c & 0x0F];
+            encoded += unicode::upperHexDigit(c >> 4);
+            encoded += unicode::upperHexDigit(c);
         }
     }
     return encoded;
@@ -39,14 +31,15 @@ std::string percentEncode(const std::string& text, const char* keep) {
 std::string percentDecode(const std::string& text) {
     std::string decoded;
     decoded.reserve(text.size());
-    for (size_t i = 0; i < text.size(); ++i) {
-        const int high = text[i] == '%' && i + 2 < text.size() ? hexValue(text[i + 1]) : -1;
-        const int low = high >= 0 ? hexValue(text[i + 2]) : -1;
-        if (low >= 0) {
-            decoded += char(high * 16 + low);
-            i += 2;
+    const auto* p = reinterpret_cast<const unsigned char*>(text.data());
+    const auto* end = p + text.size();
+    while (p != end) {
+        const int byte = percentEscapeAt(p, end);
+        if (byte >= 0) {
+            decoded += char(byte);
+            p += 3;
         } else {
-            decoded += text[i];
+            decoded += char(*p++);
         }
     }
     return decoded;

@@ -45,6 +45,26 @@ TEST(StringFormat, IntegerFieldsAgreeWithPrintfWhereTheRulesMeet) {
     EXPECT_GT(compared, 1000);
 }
 
+// Floating-point fields print what the C library prints, whichever way they are formatted.
+TEST(StringFormat, FloatingPointFieldsAgreeWithPrintf) {
+    const double values[] = {0.0, -0.0, 1.0, -2.5, 0.125, 3.14159265358979, 1e-300, 5e-324, 1e22, 123456789.0,
+                             9.9999995, 0.00001234, -1e100, 1.7976931348623157e308, 2.5, 0.5, 1e16, 7e-5};
+    int compared = 0;
+    for (const char conversion : std::string("eEfgG"))
+        for (const double value : values)
+            for (const std::string flags : {"", "-", "+", " ", "0", "-+", "+0", " 0"})
+                for (const std::string width : {"", "3", "12", "40"})
+                    for (const std::string precision : {"", ".0", ".1", ".3", ".17"}) {
+                        const std::string field = "%" + flags + width + precision + conversion;
+                        char expected[512];
+                        std::snprintf(expected, sizeof expected, (field + "|").c_str(), value);
+                        CStringFormat formatted(String::fromUTF8(field + "|"));
+                        EXPECT_EQ(formatted.doDouble(value).getResult().toStdString(), expected) << field << " with " << value;
+                        ++compared;
+                    }
+    EXPECT_GT(compared, 10000);
+}
+
 TEST(StringFormat, FieldsFollowTheirOwnRules) {
     auto format = [](const char* text) { return CStringFormat(String::fromUTF8(text)); };
     const std::pair<String, const wchar_t*> cases[] = {
@@ -102,6 +122,8 @@ TEST(StringFormat, FieldsFollowTheirOwnRules) {
     };
     for (const auto& c : cases) EXPECT_EQ(c.first.toStdWString(), c.second);
     EXPECT_EQ(format("%.400f").doDouble(1.0).getResult().length(), 402) << "a long field grows the buffer";
+    EXPECT_EQ(format("%4096d").doInt(1).getResult().length(), 4096) << "the bound itself is accepted";
+    EXPECT_EQ(format("%*.*e").doInt(4096).doInt(4096).doDouble(1.0).getResult().length(), 4096 + 6);
     CStringFormat shared(String("%d"));
     shared.doInt(1);
     EXPECT_EQ(shared.getResult().object(), shared.getResult().object()) << "the result is shared";
@@ -126,6 +148,15 @@ TEST(StringFormat, BadFieldsAndPushesAreRejectedWithTheFormat) {
         {L"%*d", [](CStringFormat& f) { f.doDouble(1); }, L"doDouble", L"expected integer value (field width) in '%*d'"},
         {L"%.*f", [](CStringFormat& f) { f.doString(String("x")); }, L"doString",
          L"expected integer value (field precision) in '%.*f'"},
+        // Widths and precisions above the bound would ask for gigabytes.
+        {L"%5555555555555c", none, L"goToNextFormatField", L"invalid format string in '%5555555555555c'"},
+        {L"%2147483647d", none, L"goToNextFormatField", L"invalid format string in '%2147483647d'"},
+        {L"%.999999999e", none, L"goToNextFormatField", L"invalid format string in '%.999999999e'"},
+        {L"%4097s", none, L"goToNextFormatField", L"invalid format string in '%4097s'"},
+        {L"%*c", [](CStringFormat& f) { f.doInt(int64_t(UInt64Max), false); }, L"doInt",
+         L"invalid format string in '%*c'"},
+        {L"%.*e", [](CStringFormat& f) { f.doInt(4097); }, L"doInt", L"invalid format string in '%.*e'"},
+        {L"%*d", [](CStringFormat& f) { f.doChar(U'\U0010FFFF'); }, L"doChar", L"invalid format string in '%*d'"},
     };
     for (const Case& c : cases) {
         try {

@@ -70,6 +70,30 @@ TEST(String, InvalidInputDecodesAsReplacementCharacters) {
     EXPECT_EQ(utf32.charAt(0), U'\uFFFD');
 }
 
+// The one-pass decoder into wide text reads every byte sequence as the UTF-8 codec does, on
+// either side of the short-text limit and across its sixteen-byte ASCII steps.
+TEST(String, UTF8BecomesWideTextAsTheCodecReadsIt) {
+    const std::string pieces[] = {"plain ascii text", "\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80",
+                                  "\xEF\xBF\xBD", "\xFF", "\xC3", "\xED\xA0\x80", "\xF4\x90\x80\x80",
+                                  "\xE0\x80\xAF", std::string(1, '\0'), "0123456789abcde"};
+    for (const size_t repeat : {1, 5, 40}) {
+        std::string bytes;
+        for (size_t round = 0; round < repeat; ++round)
+            for (size_t i = 0; i < std::size(pieces); ++i) bytes += pieces[(i * 7 + round) % std::size(pieces)];
+        for (size_t cut = 0; cut < 40; ++cut) {
+            const std::string text = bytes.substr(cut);
+            const String wide = String::fromUTF8ToWide(text);
+            const String reference = String::fromUTF8(text);
+            ASSERT_EQ(wide.getEncoding(), Encoding::Wide);
+            EXPECT_EQ(wide.getChars(), reference.getChars()) << text.size() << " bytes";
+            EXPECT_EQ(wide.length(), reference.length());
+            EXPECT_EQ(reference.toWide().getChars(), reference.getChars());
+        }
+    }
+    EXPECT_EQ(String::fromUTF8ToWide("abc\xC3\xA9").toStdWString(), L"abc\u00e9") << "measured up to the NUL";
+    EXPECT_TRUE(String::fromUTF8ToWide(nullptr).isNull());
+}
+
 TEST(String, SearchCountsCharacters) {
     const String text(L"one two one two");
     expectRows<int32_t>({

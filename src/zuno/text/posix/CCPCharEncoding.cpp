@@ -1,4 +1,5 @@
 #include "text/CCPCharEncoding.h"
+#include "text/unicode.h"
 
 #include <climits>
 #include <cwchar>
@@ -22,7 +23,7 @@ void CCPCharEncoding::decode(const void* data, int32_t byteLength, std::u32strin
         wchar_t c;
         const size_t used = std::mbrtowc(&c, p, size_t(end - p), &state);
         if (used == size_t(-1) || used == size_t(-2) || used == 0) {
-            out.push_back(0xFFFD);
+            out.push_back(unicode::Replacement);
             state = std::mbstate_t{};
             ++p;
         } else {
