@@ -1,8 +1,9 @@
 // The mailer file: the checks before parsing, reading it with the XML parser, and filling a
 // mail (which records what it is given) as the tool does, from an in-memory file.
 #include "CMailerFileReader.h"
-#include "isWellFormedUTF8.h"
 #include "xmlNestingDepth.h"
+
+#include "text/utf8Decode.h"
 
 #include <zuno/CException.h>
 #include <zuno/CMail.h>
@@ -15,7 +16,7 @@ using namespace zuno;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);
-    mailer::isWellFormedUTF8(text);
+    zuno::isWellFormedUTF8(text);
     mailer::xmlNestingDepth(text);
 
     if (size == 0) return 0;  // fmemopen refuses an empty buffer

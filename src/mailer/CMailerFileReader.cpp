@@ -1,6 +1,7 @@
 #include "CMailerFileReader.h"
-#include "isWellFormedUTF8.h"
 #include "xmlNestingDepth.h"
+
+#include "text/utf8Decode.h"
 
 #include <zuno/CURI.h>
 

@@ -1,6 +1,7 @@
 #include "stores/CXmlValueStore.h"
 #include "stores/storeFile.h"
 #include "stores/valueText.h"
+#include "text/utf8Decode.h"
 
 #include <zuno/CObjectError.h>
 #include <zuno/CURIError.h>
@@ -48,6 +49,11 @@ std::string attributeText(const IVariant& value) {
     }
 }
 
+// The line (from 1) of the byte at `offset`.
+int lineAt(const std::string& bytes, size_t offset) {
+    return int(std::count(bytes.begin(), bytes.begin() + std::ptrdiff_t(offset), '\n')) + 1;
+}
+
 bool isInside(const TiXmlNode* node, const TiXmlNode* ancestor) {
     for (; node; node = node->Parent()) {
         if (node == ancestor) return true;
@@ -73,6 +79,13 @@ public:
             rejectUnreadable(L"The XML file '%FILE%' nests its elements too deeply.", 0);
             return;
         }
+        // TinyXML reads past the end of a text that stops inside a UTF-8 sequence: text that
+        // is not well-formed UTF-8 is a broken file at the line of its first bad byte.
+        const size_t wellFormed = wellFormedUTF8Length(bytes);
+        if (wellFormed < bytes.size()) {
+            rejectUnreadable(messageTexts::XmlParseError, lineAt(bytes, wellFormed));
+            return;
+        }
         TiXmlDocument parsed;
         parsed.Parse(bytes.c_str(), nullptr, TIXML_ENCODING_UTF8);
         // An empty file (or one of blanks only) is a store not written yet.
@@ -80,8 +93,7 @@ public:
             makeEmpty();
         } else if (parsed.Error()) {
             // TinyXML gives no place for a document that ends too early: its last line.
-            const int lastLine = int(std::count(bytes.begin(), bytes.end(), '\n')) + 1;
-            rejectUnreadable(messageTexts::XmlParseError, parsed.ErrorRow() > 0 ? parsed.ErrorRow() : lastLine);
+            rejectUnreadable(messageTexts::XmlParseError, parsed.ErrorRow() > 0 ? parsed.ErrorRow() : lineAt(bytes, bytes.size()));
         } else {
             xml = parsed;
         }

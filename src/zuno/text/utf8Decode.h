@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 namespace zuno {
 
@@ -42,19 +43,35 @@ inline char32_t decodeUTF8(const unsigned char*& p, const unsigned char* end) {
     return c;
 }
 
-// Whether the bytes are well-formed UTF-8: no part of them decodes as U+FFFD except an
-// encoded U+FFFD itself.
-inline bool isWellFormedUTF8(const unsigned char* p, const unsigned char* end) {
+// The start of the first part of the bytes that is not well-formed UTF-8 (a truncated or
+// stray sequence, an overlong form, a surrogate, a value above U+10FFFF), or `end`: the first
+// part that decodes as U+FFFD without being an encoded U+FFFD itself.
+inline const unsigned char* findIllFormedUTF8(const unsigned char* p, const unsigned char* end) {
     while (p != end) {
         if (*p < 0x80) {
             ++p;
             continue;
         }
+        const unsigned char* start = p;
         const bool encodedReplacement = end - p >= 3 && p[0] == 0xEF && p[1] == 0xBF && p[2] == 0xBD;
-        if (decodeUTF8(p, end) == unicode::Replacement && !encodedReplacement) return false;
+        if (decodeUTF8(p, end) == unicode::Replacement && !encodedReplacement) return start;
     }
-    return true;
+    return end;
 }
+
+inline bool isWellFormedUTF8(const unsigned char* p, const unsigned char* end) {
+    return findIllFormedUTF8(p, end) == end;
+}
+
+// The offset of the first ill-formed part of `text`, or its size when it is well-formed.
+// XML parsers trust a sequence's lead byte and read past the end of a text that stops
+// inside one, so XML texts are checked with this before a parser sees them.
+inline size_t wellFormedUTF8Length(std::string_view text) {
+    const auto* begin = reinterpret_cast<const unsigned char*>(text.data());
+    return size_t(findIllFormedUTF8(begin, begin + text.size()) - begin);
+}
+
+inline bool isWellFormedUTF8(std::string_view text) { return wellFormedUTF8Length(text) == text.size(); }
 
 // Decodes UTF-8 into wide characters at `out` (a surrogate pair for a character above
 // U+FFFF where wchar_t has 16 bits) in one pass, as decodeUTF8 reads it, and returns the end

@@ -34,13 +34,6 @@ bool isDigit(int32_t c) { return c >= u'0' && c <= u'9'; }
 // Matches a letter in either case.
 bool isLetter(int32_t c, char16_t lower) { return c == lower || c == lower - (u'a' - u'A'); }
 
-int32_t hexDigitValue(char16_t c) {
-    if (c >= u'0' && c <= u'9') return c - u'0';
-    if (c >= u'a' && c <= u'f') return c - u'a' + 10;
-    if (c >= u'A' && c <= u'F') return c - u'A' + 10;
-    return -1;
-}
-
 // Below this, ten times an integer plus a digit fits in 64 bits.
 constexpr uint64_t SafeToScale = std::numeric_limits<uint64_t>::max() / 10 - 1;
 
@@ -209,9 +202,9 @@ struct CJsonParser::MemorySource {
         return taken;
     }
     String describe(int32_t c) {
-        if ((c & 0xFC00) == 0xD800) {
+        if (unicode::isHighSurrogate(char32_t(c))) {
             const int32_t next = peek();
-            if ((next & 0xFC00) == 0xDC00) return String::fromChar(0x10000 + ((char32_t(c) - 0xD800) << 10) + (char32_t(next) - 0xDC00));
+            if (unicode::isLowSurrogate(char32_t(next))) return String::fromChar(unicode::combineSurrogates(char32_t(c), char32_t(next)));
         }
         return String::fromChar(char32_t(c));
     }
@@ -503,7 +496,7 @@ void CJsonParser::Reader<Source>::parseUnicodeEscape() {
     if (m_in.peekUnits(digits, 4) < 4) m_in.raise(L"stream size to small for reading unicode char");
     char16_t unit = 0;
     for (char16_t digit : digits) {
-        const int32_t value = hexDigitValue(digit);
+        const int value = unicode::hexDigitValue(digit);
         if (value < 0) m_in.raise(L"could not parse unicode escaped string");
         unit = char16_t(unit * 16 + value);
     }

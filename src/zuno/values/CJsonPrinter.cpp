@@ -16,6 +16,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <string_view>
 
 namespace zuno {
 
@@ -207,7 +208,7 @@ void CJsonPrinter::printExactDouble(double value) {
     // reads back as a double.
     char text[32];
     size_t length = size_t(std::to_chars(text, text + sizeof text, value).ptr - text);
-    if (std::find_first_of(text, text + length, ".e", ".e" + 2) == text + length) {
+    if (std::string_view(text, length).find_first_of(".e") == std::string_view::npos) {
         text[length++] = '.';
         text[length++] = '0';
     }

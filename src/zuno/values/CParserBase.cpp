@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "text/unicode.h"
+
 namespace zuno {
 
 CParserBase::CParserBase(P<IPeekableInStream> in) : m_in(std::move(in)) {}
@@ -68,11 +70,9 @@ void CParserBase::expectChar(char16_t expected) {
 }
 
 String CParserBase::describeChar(int32_t c) {
-    if ((c & 0xFC00) == 0xD800) {
+    if (unicode::isHighSurrogate(char32_t(c))) {
         const int32_t next = peekChar();
-        if ((next & 0xFC00) == 0xDC00) {
-            return String::fromChar(0x10000 + ((char32_t(c) - 0xD800) << 10) + (char32_t(next) - 0xDC00));
-        }
+        if (unicode::isLowSurrogate(char32_t(next))) return String::fromChar(unicode::combineSurrogates(char32_t(c), char32_t(next)));
     }
     return String::fromChar(char32_t(c));
 }

@@ -1,46 +1,33 @@
 #include "values/CVariantReleaser.h"
 
-#include <vector>
-
 namespace zuno {
 
 namespace {
 
-struct ThreadQueue {
-    bool draining = false;
-    std::vector<P<IVariant>> pending;
-};
-
-ThreadQueue& threadQueue() {
-    thread_local ThreadQueue queue;
-    return queue;
-}
+// The outermost releaser alive on the thread, null when there is none.
+thread_local CVariantReleaser* t_outermost = nullptr;
 
 } // namespace
 
-CVariantReleaser::CVariantReleaser() {
-    ThreadQueue& queue = threadQueue();
-    m_outermost = !queue.draining;
-    queue.draining = true;
+CVariantReleaser::CVariantReleaser() : m_outermost(t_outermost ? t_outermost : this) {
+    t_outermost = m_outermost;
 }
 
 CVariantReleaser::~CVariantReleaser() {
-    if (!m_outermost) return;
-    ThreadQueue& queue = threadQueue();
-    while (!queue.pending.empty()) {
-        P<IVariant> next = std::move(queue.pending.back());
-        queue.pending.pop_back();
+    if (m_outermost != this) return;
+    while (!m_pending.empty()) {
+        P<IVariant> next = std::move(m_pending.back());
+        m_pending.pop_back();
         next.reset();  // may queue more
     }
-    if (queue.pending.capacity() > 4096) queue.pending.shrink_to_fit();
-    queue.draining = false;
+    t_outermost = nullptr;
 }
 
 void CVariantReleaser::release(P<IVariant>& value) {
     if (!value) return;
     const IVariant::Kind kind = value->getKind();
     if (kind == IVariant::Kind::Array || kind == IVariant::Kind::Map) {
-        threadQueue().pending.push_back(std::move(value));
+        m_outermost->m_pending.push_back(std::move(value));
     } else {
         value.reset();
     }

@@ -101,6 +101,8 @@ TEST(XmlValueStore, aBrokenFileRaisesItsLineAndStaysUnlessTheCallerDiscardsIt) {
         {"<valuestore a=\"1\" a=\"2\"/>", 1},
         {"<valuestore>\n<a b=\"1\">\n", 3},
         {"\n<valuestore>\n<a b=\"unterminated/>\n</valuestore>", 3},
+        {"<valuestore>\n<a b=\"1\"/>\xF2", 2},  // ends in a UTF-8 lead byte
+        {"<valuestore>\n\n<a b=\"\xC0\xAF\"/>\n</valuestore>", 3},  // an overlong form
     };
     ScratchFolder folder;
     const auto path = folder / "broken.xml";

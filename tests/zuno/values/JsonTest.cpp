@@ -29,6 +29,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 using namespace zuno;
@@ -233,6 +234,27 @@ TEST(Variant, DeepTreesAreCopiedPrintedAndReleasedWithoutRecursion) {
 
     chain->set(String("k"), integer(0));  // releases the chain through a replaced value
     EXPECT_EQ(print(chain), "{\"k\":0}");
+}
+
+TEST(Variant, TreesAreReleasedByObjectsDestroyedAtThreadExit) {
+    // A thread-local object made before the thread first releases a tree is destroyed after
+    // whatever that release left on the thread: its own tree must still be released cleanly
+    // (as static objects release theirs at process exit).
+    const P<CVariantString> leaf = make<CVariantString>(String(L"leaf"));
+    const auto nestedTree = [&] {
+        P<CVariantMap> tree = make<CVariantMap>();
+        tree->set(String("list"), arrayOf({arrayOf({leaf}), arrayOf({leaf})}));
+        return tree;
+    };
+    std::thread([&] {
+        struct Holder {
+            P<IVariant> tree;
+        };
+        thread_local Holder holder;
+        holder.tree = nestedTree();
+        nestedTree().reset();
+    }).join();
+    EXPECT_EQ(leaf->getRefCount(), 1);
 }
 
 TEST(JsonParser, ReadsTheRootAndNothingAroundIt) {
