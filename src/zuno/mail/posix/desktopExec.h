@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-// The command line of a desktop entry's Exec key, read as the Desktop Entry specification
+// The command line of a desktop entry's Exec key, read the way desktops read it
 // says: blanks separate words, double quotes group them (a backslash protects '"', '`',
 // '$' and '\' inside), and field codes stand for what the launcher fills in.
 namespace zuno::posix {

@@ -13,7 +13,7 @@ DesktopEntry entry(const std::string& exec) {
 
 } // namespace
 
-// Quoting as the Desktop Entry specification has it (the value's string escapes are decoded
+// Quoting as desktops read it (the value's string escapes are decoded
 // before: "\\\\" in the file is one backslash here), and field codes filled in around the
 // place of the mail.
 TEST(DesktopExecTest, ExecLineIsCutWhereTheMailGoes) {

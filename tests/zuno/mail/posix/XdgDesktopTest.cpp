@@ -66,7 +66,7 @@ TEST(XdgDesktopTest, FoldersAndListsFollowTheEnvironment) {
     EXPECT_EQ(xdgConfigFolders(), (Strings{"/home/someone/.config", "/etc/xdg"}));
 }
 
-// The lookup order of the MIME Applications specification: the most important list that
+// The lookup order desktops use for default applications: the most important list that
 // names an installed application decides; associations and the cache only count when no
 // list names a default.
 TEST(XdgDesktopTest, DefaultMailtoHandlerIsTheFirstInstalledOneOfTheMostImportantList) {
