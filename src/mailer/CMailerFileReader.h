@@ -23,12 +23,16 @@ public:
     // True when the document's first element is named "mailerfile" (case-sensitive).
     bool isMailerFile() const;
     // Copies subject, note, recipients and attachments into the mail, in document order.
-    void fillMail(zuno::IMail& mail) const;
+    // The note and every entry leave the document once copied, so that the document and the
+    // mail never both hold all of the text: the reader is spent afterwards.
+    void fillMail(zuno::IMail& mail);
 
 private:
     template <class Add>
-    void forEachEntry(const char* container, const char* entry, Add add) const;
+    void forEachEntry(const char* container, const char* entry, Add add);
+    static const std::string* firstTextOf(const TiXmlElement& element);
     static zuno::String textOf(const TiXmlElement& element);
+    static zuno::String noteTextOf(const TiXmlElement& element);
 
     TiXmlDocument m_document;
     bool m_refused = false;  // by the checks before parsing

@@ -85,3 +85,26 @@ TEST_F(MailerInputTest, NestingUpToTheBoundIsReadOneLevelMoreIsRefused) {
     EXPECT_EQ(run(write("past-bound.xml", nestedMailerFile(bound + 1))), -3);
     EXPECT_TRUE(exists("past-bound.xml"));
 }
+
+// The note is kept in UTF-8 on its way, the other texts as wide text: both must come out
+// alike, also when a character reference stands for a lone surrogate, which is not UTF-8.
+TEST_F(MailerInputTest, NoteArrivesAsTheSameTextAsTheSubject) {
+    for (const std::string text : {"b\xC3\xA4r \xF0\x9F\x98\x80", "a&#xD800;b", "&#xDFFF;"}) {
+        const std::string file = write("note.xml", "<mailerfile><subject>" + text + "</subject><note>" + text +
+                                                       "</note></mailerfile>");
+        ASSERT_EQ(run(file), 0) << text;
+        EXPECT_EQ(m_client->lastMail().note, m_client->lastMail().subject) << text;
+        EXPECT_EQ(m_client->lastMail().note.find('\xED'), std::string::npos) << "no surrogate bytes: " << text;
+    }
+}
+
+// CDATA keeps white space as written, but a line break is LF whichever way the file ends its
+// lines; a NUL ends the text the parser reads.
+TEST_F(MailerInputTest, LineBreaksArriveAsLineFeedsAndANulEndsTheText) {
+    ASSERT_EQ(run(write("breaks.xml", "<mailerfile>\r\n<note><![CDATA[one\r\ntwo\rthree\n\nfour]]></note>"
+                                      "</mailerfile>\r\n")),
+              0);
+    EXPECT_EQ(m_client->lastMail().note, "one\ntwo\nthree\n\nfour");
+    ASSERT_EQ(run(write("nul.xml", std::string("<mailerfile><subject>s</subject></mailerfile>\0<x>", 49))), 0);
+    EXPECT_EQ(m_client->lastMail().subject, "s");
+}
