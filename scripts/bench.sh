@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the benchmarks (Linux, Release) and runs them; then prints each library's time
 # relative to its reference (nlohmann-json for JSON, snprintf for formatting), and the speed
-# of the text conversions relative to mbstowcs and a plain decoder loop.
+# of the text conversions relative to mbstowcs and a plain decoder loop, and the wall-clock cost
+# of waiting for a child process that ends at once.
 # Ratios use CPU time. Arguments are passed to the benchmark binary, e.g. --benchmark_filter=json/parse.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -56,4 +57,16 @@ for name in times:
                 print("%-50s %9.2fx" % (name + " vs " + peer, times[group + "/" + peer] / times[name]))
     elif name.startswith("text/") and not name.startswith("text/utf8-to-wide/"):
         print("%-50s %6.0f MB/s" % (name, rates.get(name, 0) / 1e6))
+
+# Waiting for a child that ends at once: wall-clock time above a bare spawn and waitpid.
+real = {}
+for b in json.load(open(sys.argv[1]))["benchmarks"]:
+    if b.get("run_type") != "aggregate" or b.get("aggregate_name") == "median":
+        real[b.get("run_name", b["name"]).replace("/real_time", "")] = b["real_time"]
+floor = real.get("child/exits-at-once/bare")
+if floor:
+    print("\n%-50s %10s %12s" % ("child that exits at once (wall clock)", "ratio", "added"))
+    for name in real:
+        if name.startswith("child/") and name != "child/exits-at-once/bare":
+            print("%-50s %9.2fx %9.0f us" % (name, real[name] / floor, real[name] - floor))
 PY
