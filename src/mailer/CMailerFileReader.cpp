@@ -27,30 +27,21 @@ std::string readAll(std::FILE* file) {
     return content;
 }
 
-// XML reads every line break as LF: CR LF and a lone CR become LF before parsing.
-void normalizeLineBreaks(std::string& text) {
-    size_t out = 0;
-    for (size_t in = 0; in < text.size(); ++in) {
-        if (text[in] != '\r') {
-            text[out++] = text[in];
-            continue;
-        }
-        text[out++] = '\n';
-        if (in + 1 < text.size() && text[in + 1] == '\n') ++in;
-    }
-    text.resize(out);
-}
-
 } // namespace
 
 void CMailerFileReader::load(std::FILE* file) {
-    std::string content = readAll(file);
-    m_refused = !isWellFormedUTF8(content) || xmlNestingDepth(content) > MaxNestingDepth;
+    m_refused = !isSafeToParse(file);
     if (m_refused) return;
-    // Parsed from the text already read, rather than read again into a second buffer: the
-    // document alone holds several times the file.
-    normalizeLineBreaks(content);
-    m_document.Parse(content.c_str(), nullptr, TIXML_ENCODING_UTF8);
+    std::rewind(file);
+    m_document.LoadFile(file, TIXML_ENCODING_UTF8);
+}
+
+// Whether the text is well-formed UTF-8 and nested no deeper than the bound. The copy read for
+// these checks is gone before the parser reads the file into a buffer of its own, so the two
+// are never held together beside the document, which alone takes several times the file.
+bool CMailerFileReader::isSafeToParse(std::FILE* file) {
+    const std::string content = readAll(file);
+    return isWellFormedUTF8(content) && xmlNestingDepth(content) <= MaxNestingDepth;
 }
 
 bool CMailerFileReader::isMailerFile() const {

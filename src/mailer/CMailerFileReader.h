@@ -28,6 +28,7 @@ public:
     void fillMail(zuno::IMail& mail);
 
 private:
+    static bool isSafeToParse(std::FILE* file);
     template <class Add>
     void forEachEntry(const char* container, const char* entry, Add add);
     static const std::string* firstTextOf(const TiXmlElement& element);
