@@ -1,10 +1,8 @@
-// A process killed at any moment while it stores leaves the old or the new file, never a
-// mixture of both nor a cut-off one. The writer is this test program started again, told
-// by its environment to run only the writing loop.
+// A writer killed at random moments while it stores: here this test program started again,
+// told by its environment to run only the writing loop.
+#include "../killWriter.h"
 #include "../storeBackends.h"
 #include "core/win32/windows.h"
-
-#include <zuno/IValueStore.h>
 
 #include <gtest/gtest.h>
 
@@ -12,15 +10,9 @@
 #include <random>
 #include <string>
 
-using namespace zuno;
-
 namespace {
 
 const char WriterVariable[] = "ZUNO_KILL_WRITER_STORE";
-
-String version(char letter) {
-    return String::fromWide(std::wstring(200000, wchar_t(letter)));
-}
 
 // Starts this program as the writer of `uri`; answers its process handle.
 HANDLE startWriter(const std::string& uri) {
@@ -41,18 +33,11 @@ HANDLE startWriter(const std::string& uri) {
 
 } // namespace
 
-// Only in the started writer: stores the two versions in turn until it is killed.
+// Only in the started writer.
 TEST(KillWriter, writerLoop) {
     const char* uri = std::getenv(WriterVariable);
     if (!uri) GTEST_SKIP() << "runs only as the writer of the kill test";
-    const P<IValueStore> store = openStore(uri);
-    const P<IValueStore> sub = store->getSubStore(L"sub", true);
-    const String versions[] = {version('a'), version('b')};
-    for (int i = 0;; i = 1 - i) {
-        store->setString(L"content", versions[i]);
-        sub->setString(L"letter", i == 0 ? L"a" : L"b");
-        store->store();
-    }
+    storeVersionsUntilKilled(uri);
 }
 
 TEST(KillWriter, aWriterKilledAtRandomMomentsLeavesTheOldOrTheNewFile) {
@@ -60,12 +45,7 @@ TEST(KillWriter, aWriterKilledAtRandomMomentsLeavesTheOldOrTheNewFile) {
     std::mt19937 random(20261123);
     for (const char* name : {"killed.xml", "killed.json"}) {
         const std::string uri = fileURIText(folder / name);
-        {
-            P<IValueStore> store = openStore(uri);
-            store->setString(L"content", version('a'));
-            store->getSubStore(L"sub", true)->setString(L"letter", L"a");
-            store->store();
-        }
+        storeFirstVersion(uri);
         for (int round = 0; round < 8; ++round) {
             const HANDLE writer = startWriter(uri);
             ASSERT_TRUE(writer);
@@ -74,14 +54,7 @@ TEST(KillWriter, aWriterKilledAtRandomMomentsLeavesTheOldOrTheNewFile) {
             TerminateProcess(writer, 9);
             WaitForSingleObject(writer, INFINITE);
             CloseHandle(writer);
-
-            P<IValueStore> store;
-            ASSERT_NO_THROW(store = openStore(uri, ValueStoreAccess::Read)) << name << " round " << round;
-            const P<IValueStore> sub = store->getSubStore(L"sub", false);
-            ASSERT_TRUE(sub) << name << " round " << round;
-            const String letter = sub->getString(L"letter", L"?");
-            ASSERT_TRUE(letter == String(L"a") || letter == String(L"b")) << name << " round " << round;
-            ASSERT_EQ(store->getString(L"content", L""), version(char(letter.charAt(0)))) << name << " round " << round;
+            ASSERT_NO_FATAL_FAILURE(expectOneWholeVersion(uri)) << name << " round " << round;
         }
     }
 }
