@@ -105,6 +105,6 @@ TEST_F(MailerInputTest, LineBreaksArriveAsLineFeedsAndANulEndsTheText) {
                                       "</mailerfile>\r\n")),
               0);
     EXPECT_EQ(m_client->lastMail().note, "one\ntwo\nthree\n\nfour");
-    ASSERT_EQ(run(write("nul.xml", std::string("<mailerfile><subject>s</subject></mailerfile>\0<x>", 49))), 0);
+    ASSERT_EQ(run(write("zero-byte.xml", std::string("<mailerfile><subject>s</subject></mailerfile>\0<x>", 49))), 0);
     EXPECT_EQ(m_client->lastMail().subject, "s");
 }
