@@ -90,13 +90,14 @@ String CMailerFileReader::textOf(const TiXmlElement& element) {
     return value ? String::fromUTF8ToWide(value->data(), int32_t(value->size())) : String::empty();
 }
 
-// The note is the one text that can be long, so it stays UTF-8: a byte per character where
-// wide text takes four on Linux. A character reference can still have made it ill-formed
-// (a lone surrogate); such a note is decoded like every other text, which replaces what is
-// not UTF-8.
+// The note is the one text that can be long. Where wide characters take four bytes (Linux)
+// it stays UTF-8, a byte per character, unless a character reference made it ill-formed (a
+// lone surrogate): such a note is decoded like every other text, which replaces what is not
+// UTF-8. Where they take two (Windows), wide text is not much larger and is what the Simple
+// MAPI hand-off converts fastest.
 String CMailerFileReader::noteTextOf(const TiXmlElement& element) {
     const std::string* value = firstTextOf(element);
-    if (!value || !isWellFormedUTF8(*value)) return textOf(element);
+    if (sizeof(wchar_t) == 2 || !value || !isWellFormedUTF8(*value)) return textOf(element);
     return String::fromUTF8(*value);
 }
 
