@@ -86,8 +86,9 @@ TEST_F(MailerInputTest, NestingUpToTheBoundIsReadOneLevelMoreIsRefused) {
     EXPECT_TRUE(exists("past-bound.xml"));
 }
 
-// The note is kept in UTF-8 on its way, the other texts as wide text: both must come out
-// alike, also when a character reference stands for a lone surrogate, which is not UTF-8.
+// Where wide characters take four bytes the note is kept in UTF-8 on its way, the other texts
+// as wide text: both must come out alike, also when a character reference stands for a lone
+// surrogate, which is not UTF-8.
 TEST_F(MailerInputTest, NoteArrivesAsTheSameTextAsTheSubject) {
     for (const std::string text : {"b\xC3\xA4r \xF0\x9F\x98\x80", "a&#xD800;b", "&#xDFFF;"}) {
         const std::string file = write("note.xml", "<mailerfile><subject>" + text + "</subject><note>" + text +
