@@ -63,18 +63,15 @@ std::vector<std::string> baseFolders(const char* homeVariable, const char* fallb
     return folders;
 }
 
-// Read a piece at a time rather than into a buffer of the largest size allowed: these files
-// take a few KiB, and zero-filling a megabyte for each costs more than the rest of the run.
+// The buffer takes the file's size, up to the bound: these files take a few KiB, and
+// zero-filling the bound's megabyte for each would cost more than the rest of the run.
 std::string readFile(const std::string& path) {
-    if (!isRegularFile(path)) return "";
+    struct stat info;
+    if (stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return "";
     std::ifstream file(path, std::ios::binary);
-    std::string text;
-    char piece[8192];
-    while (std::streamsize(text.size()) < MaxFileSize) {
-        file.read(piece, std::min<std::streamsize>(sizeof piece, MaxFileSize - std::streamsize(text.size())));
-        if (file.gcount() <= 0) break;
-        text.append(piece, size_t(file.gcount()));
-    }
+    std::string text(size_t(std::min<std::streamsize>(info.st_size, MaxFileSize)), '\0');
+    file.read(text.data(), std::streamsize(text.size()));
+    text.resize(size_t(file.gcount()));
     return text;
 }
 
